@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// The random numbers of the game.
+#pragma once
+
+#include <cstdint>
+
+namespace platform {
+
+/// SplitMix64 (Steele, Lea, Flood: "Fast Splittable Pseudorandom Number Generators", 2014). Its
+/// whole state is one word, which makes it easy to stir.
+class RandomGenerator {
+ public:
+  explicit RandomGenerator(std::uint64_t seed = 0) : state_(seed) {}
+
+  /// Stirs `seconds` into the running state. It never resets the state: two calls within one tick
+  /// of the clock do not make the draws repeat.
+  void Stir(float seconds);
+
+  /// A uniform value in [0, 1).
+  double Next();
+
+ private:
+  std::uint64_t NextWord();
+
+  std::uint64_t state_;
+};
+
+/// Stirs the wall clock, `seconds` as Timer() gives them, into the generator of the program.
+void Randomize(float seconds);
+
+/// A uniform value in [0, 1) from the generator of the program.
+double Rnd();
+
+}  // namespace platform

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include "rules/basEndOfGame.h"
+
+#include <cmath>
+#include <string>
+
+#include "display/basBoardText.h"
+#include "display/basDirectDrawStuff.h"
+#include "platform/Events.h"
+#include "platform/Random.h"
+#include "platform/Time.h"
+#include "rules/basDraws.h"
+#include "rules/basGameState.h"
+#include "rules/basWholeNumber.h"
+#include "scores/basMiscelFunctions.h"
+#include "sound/basDirectSoundStuff.h"
+
+namespace glimmerfall {
+
+namespace {
+
+// The shaking.
+constexpr int16 kShakeFrames = 51;
+constexpr int16 kShakeDraws = 3000;     // each gem draws below this
+constexpr int16 kShakeFarAbove = 1500;  // above it the gem trembles far, else near
+constexpr int16 kShakeReach = 3;        // offsets a gem can take
+constexpr int16 kShakeFar = 2;          // least far offset, and most near one, in pixels
+
+// The throw. Speeds are in pixels a frame, angles in degrees.
+constexpr int16 kFlyFrames = 64;
+constexpr int16 kThrowDraws = 50;
+constexpr int16 kThrowRightFrom = 25;  // draws from here on throw the gem to the right
+constexpr float64 kThrowAngle = 45;
+constexpr float64 kThrowAngleSpread = 25;
+constexpr float64 kThrowSpeed = 10;
+constexpr float64 kThrowSpeedSpread = 20;
+constexpr float32 kGravity = 1.5F;
+constexpr float64 kPi = 3.14159265358979;
+
+// The message: offsets in pixels from the place of the centred score.
+constexpr int32 kShadowOffset = 2;
+constexpr int32 kLevelRise = 50;
+constexpr int32 kClickDrop = 100;
+constexpr int32 kClickLeft = 25;
+constexpr float32 kDeafSeconds = 0.5F;  // clicks in the first half second are lost
+constexpr int32 kDeafNapTicks = 10;
+constexpr int32 kWaitNapTicks = 1000;
+
+// Two draws always come in the order x, y.
+void ShakeGem(CGem& gem) {
+  const bool far = DrawBelow(kShakeDraws) > kShakeFarAbove;
+  const auto offset = [far] {
+    const int16 drawn = DrawBelow(kShakeReach);
+    return far ? drawn + kShakeFar : kShakeFar - drawn;
+  };
+  gem.pixX = static_cast<int16>(gem.col * kCellPixels + offset());
+  gem.pixY = static_cast<int16>(gem.row * kCellPixels + offset());
+}
+
+void LaunchGem(CGem& gem) {
+  platform::Randomize(platform::Timer());
+  const bool right = DrawBelow(kThrowDraws) >= kThrowRightFrom;
+  const float64 angle = platform::Rnd() * kThrowAngleSpread + kThrowAngle;
+  gem.flyAngle = static_cast<float32>(right ? angle : 180 - angle);
+  gem.flyX = gem.pixX;
+  gem.flyY = gem.pixY;
+  gem.flySpeed = static_cast<float32>(platform::Rnd() * kThrowSpeedSpread + kThrowSpeed);
+}
+
+int16 RoundToEven(float32 value) {
+  return static_cast<int16>(std::nearbyint(value));
+}
+
+// Heights count upward from the surface's foot, so the flight begins with the board mirrored.
+void FlyGem(CGem& gem, float32 t) {
+  const auto angle = static_cast<float32>(gem.flyAngle * kPi / 180);
+  gem.pixX = RoundToEven(gem.flyX + FlyX(t, angle, gem.flySpeed));
+  gem.pixY = RoundToEven(kSurfaceHeight - FlyY(t, angle, gem.flySpeed) - gem.flyY);
+}
+
+void DrawShadowed(int32 x, int32 y, const std::string& text) {
+  DrawBoardText(x + kShadowOffset, y + kShadowOffset, text, kShadowColour);
+  DrawBoardText(x, y, text, kTextColour);
+}
+
+// All lines are placed from the size of the first one: only that one is centred. The level shown
+// is the last one finished.
+void DrawEndMessage() {
+  const std::string scoreText = "Score: " + WholeNumber(score);
+  const platform::Size size = platform::MeasureText(mainWindowFont, scoreText);
+  const int32 x = (kSurfaceWidth - size.width) / 2;
+  const int32 y = (kSurfaceHeight - size.height) / 2;
+  DrawShadowed(x, y, scoreText);
+  DrawShadowed(x, y - kLevelRise, "Level: " + std::to_string(level - 1));
+  if (levelWon != kFalse) DrawShadowed(x - kClickLeft, y + kClickDrop, "Click to Continue");
+}
+
+void LoseEarlyClicks() {
+  const float32 start = platform::Timer();
+  while (!newBoardWanted && platform::SecondsSince(start, platform::Timer()) < kDeafSeconds) {
+    platform::LetEventsRunUntil(platform::TickCount() + kDeafNapTicks);
+    boardClicked = kFalse;
+  }
+}
+
+void CheckHighScoreOnce() {
+  if (newBoardWanted || levelWon != kFalse || highScoreChecked != kFalse) return;
+  highScoreChecked = kTrue;
+  CheckHighScore();
+}
+
+void WaitForClick() {
+  while (!newBoardWanted && boardClicked == kFalse)
+    platform::LetEventsRunUntil(platform::TickCount() + kWaitNapTicks);
+}
+
+}  // namespace
+
+void ShakeStep() {
+  platform::Randomize(platform::Timer());
+  for (CGem& gem : gems)
+    ShakeGem(gem);
+  if (++shakeFrames < kShakeFrames) return;
+  shakeFrames = 0;
+  for (CGem& gem : gems)
+    LaunchGem(gem);
+  PlayEffect(levelWonSound != kFalse ? sndGameOverLevel : sndExplode);
+  gameState = stateFlyOut;
+}
+
+void FlyOutStep() {
+  for (CGem& gem : gems)
+    FlyGem(gem, spiralFrames);
+  if (++spiralFrames < kFlyFrames) return;
+  spiralFrames = 0;
+  PlayEffect(levelWonSound != kFalse ? sndExcellent : sndGameOver);
+  levelWonSound = kFalse;
+  gameState = stateEndMessage;
+}
+
+void EndMessageStep(const platform::Rect& windowRect) {
+  DrawEndMessage();
+  PresentFrame(windowRect);
+  LoseEarlyClicks();
+  CheckHighScoreOnce();
+  WaitForClick();
+  if (newBoardWanted || levelWon == kFalse) return;
+  levelWon = kFalse;
+  RequestNewBoard();
+}
+
+float32 FlyX(float32 t, float32 angle, float32 speed) {
+  return speed * std::cos(angle) * t;
+}
+
+float32 FlyY(float32 t, float32 angle, float32 speed) {
+  return speed * std::sin(angle) * t - kGravity * t * t / 2;
+}
+
+}  // namespace glimmerfall

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// The game clock, which follows the wall clock and not the frames: its step, its beep and its end,
+// the pause, and the captions of the menu bar's status line.
+#pragma once
+
+#include <string>
+
+#include "rules/basGameState.h"
+
+namespace glimmerfall {
+
+/// What the timer writes into the menu bar.
+struct StatusCaptions {
+  std::string mnuScore;
+  std::string mnuCount;
+  std::string mnuMatchCount;
+};
+
+StatusCaptions CurrentCaptions();
+
+/// The clock's part of the timer event. While the game is paused it stays in here and lets events
+/// run, which holds the frame beneath it.
+void UpdateClock();
+
+/// The Pause command, in any state. The caller sets the menu's check mark to `paused`.
+void TogglePause();
+
+}  // namespace glimmerfall

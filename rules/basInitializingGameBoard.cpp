@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#include "rules/basInitializingGameBoard.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "platform/Events.h"
+#include "platform/Random.h"
+#include "platform/Time.h"
+#include "rules/basDraws.h"
+#include "rules/basFallingGems.h"
+#include "rules/basGameModes.h"
+#include "rules/basMoveShapes.h"
+
+namespace glimmerfall {
+
+namespace {
+
+constexpr int16 kDropCheckFrames = 33;  // the dealing looks for its end on every 33rd frame
+constexpr int16 kDeadDeals = 8;         // rounds without a move until a deal is thrown away
+
+void ResetCounters() {
+  for (int16* counter :
+       {&selectionCount, &swapFrames, &clearFrames, &fallFrames, &shakeFrames, &spiralFrames,
+        &dropFrames, &targetFrame, &chainCount, &swapPasses, &targetDelay, &highScoreChecked})
+    *counter = 0;
+}
+
+void DealKinds() {
+  for (int16 id = 0; id < kGemCount; ++id) {
+    BoardCell& cell = boardCells[id];
+    cell.kind = DrawBelow(gemKinds);
+    cell.gemId = id;
+    cell.gem = nullptr;
+  }
+}
+
+int16 DrawOtherThan(int16 kind) {
+  int16 drawn = kind;
+  while (drawn == kind)
+    drawn = DrawBelow(gemKinds);
+  return drawn;
+}
+
+// Breaks the runs of one direction; (line, i) is the i-th cell of a row or of a column.
+template <typename CellAt>
+bool BreakRuns(CellAt cellAt) {
+  bool changed = false;
+  for (int line = 0; line < kBoardCells; ++line) {
+    int16 runKind = 0;
+    int16 runLength = 0;
+    for (int i = 0; i < kBoardCells; ++i) {
+      int16& kind = cellAt(line, i).kind;
+      if (kind != runKind) {
+        runKind = kind;
+        runLength = 1;
+      } else if (++runLength == kMinRun) {
+        changed = true;
+        kind = DrawOtherThan(kind);
+        runKind = kind;
+        runLength = 1;
+      }
+    }
+  }
+  return changed;
+}
+
+bool BreakAllRuns() {
+  const bool inRows = BreakRuns([](int y, int x) -> BoardCell& { return boardCells(x, y); });
+  const bool inColumns = BreakRuns([](int x, int y) -> BoardCell& { return boardCells(x, y); });
+  return inRows || inColumns;
+}
+
+// A deal without a run and without a move would never change again, so after a few rounds of it the
+// board is dealt afresh.
+void RemoveRuns() {
+  int16 deadRounds = 0;
+  for (;;) {
+    const bool boardChanged = BreakAllRuns();
+    platform::LetEventsRun();
+    const bool moveExists = MoveExists() != kFalse;
+    if (moveExists && !boardChanged) return;
+    deadRounds = moveExists || boardChanged ? int16{0} : static_cast<int16>(deadRounds + 1);
+    if (deadRounds < kDeadDeals) continue;
+    DealKinds();
+    deadRounds = 0;
+  }
+}
+
+void PlaceGem(int16 x, int16 y) {
+  const int16 id = static_cast<int16>(x + kBoardCells * y);
+  CGem gem;
+  gem.id = id;
+  gem.kind = boardCells(x, y).kind;
+  gem.sheetY = static_cast<int16>(gem.kind * kCellPixels);
+  gem.col = x;
+  gem.row = y;
+  gem.pixX = static_cast<int16>(x * kCellPixels);
+  gem.pixY = static_cast<int16>(-(kBoardCells - y) * kCellPixels);
+  gem.fallSpeed = y;
+  Gem(id) = gem;
+  boardCells(x, y).gem = &Gem(id);
+}
+
+bool IsAboveItsRow(const CGem& gem) {
+  return gem.pixY < gem.row * kCellPixels;
+}
+
+}  // namespace
+
+void InitGameBoard() {
+  ResetCounters();
+  SetModeClock();
+  gemKinds = KindsOfLevel(level);
+  platform::Randomize(platform::Timer());
+  DealKinds();
+  RemoveRuns();
+  for (int16 y = 0; y < kBoardCells; ++y)
+    for (int16 x = 0; x < kBoardCells; ++x)
+      PlaceGem(x, y);
+}
+
+Flag MoveExists() {
+  return FindMoveCell().found ? kTrue : kFalse;
+}
+
+void DropStep() {
+  for (CGem& gem : gems) {
+    if (IsAboveItsRow(gem)) {
+      gem.pixY = static_cast<int16>(gem.pixY + gem.fallSpeed + kFallPixels);
+    } else {
+      gem.fallSpeed = 0;
+      gem.pixY = static_cast<int16>(gem.row * kCellPixels);
+    }
+  }
+  if (++dropFrames < kDropCheckFrames) return;
+  dropFrames = 0;
+  if (std::none_of(gems.begin(), gems.end(), IsAboveItsRow)) gameState = stateIdle;
+}
+
+}  // namespace glimmerfall

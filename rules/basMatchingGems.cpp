@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include "rules/basMatchingGems.h"
+
+#include <algorithm>
+
+#include "platform/Events.h"
+#include "rules/basManipulatingGems.h"
+#include "sound/basDirectSoundStuff.h"
+
+namespace glimmerfall {
+
+namespace {
+
+constexpr int16 kSwapPixels = 4;  // a frame
+constexpr int16 kSwapFrames = kCellPixels / kSwapPixels;
+constexpr int16 kWayBack = 2;        // swapPasses while the gems travel back
+constexpr std::size_t kSetGems = 4;  // up to this many make a set, more a big one
+constexpr float64 kSetPoints = 50;
+constexpr float64 kBigSetPoints = 300;
+
+const BoardCell& CellOfRow(int y, int x) {
+  return boardCells(x, y);
+}
+const BoardCell& CellOfColumn(int x, int y) {
+  return boardCells(x, y);
+}
+
+void SlideGem(CGem& gem) {
+  gem.pixX = static_cast<int16>(gem.pixX + kSwapPixels * gem.swapDirX);
+  gem.pixY = static_cast<int16>(gem.pixY + kSwapPixels * gem.swapDirY);
+}
+
+void ArriveGem(CGem& gem) {
+  gem.col = static_cast<int16>(gem.col + gem.swapDirX);
+  gem.row = static_cast<int16>(gem.row + gem.swapDirY);
+  boardCells(gem.col, gem.row) = {&gem, gem.id, gem.kind};
+}
+
+void TurnBack() {
+  PlayEffect(sndBadSwap);
+  StartSwap(firstGem, secondGem);
+}
+
+void RewardSwap() {
+  swapPasses = 0;
+  EmptyList(clearList);
+  FindMatches(clearList);
+  if (clearList.size() > kSetGems) {
+    PlayEffect(sndGotSetBig);
+    score += kBigSetPoints;
+  } else {
+    PlayEffect(sndGotSet);
+    score += kSetPoints;
+  }
+  LeaveState(stateSwapping, stateClearing);
+}
+
+template <typename CellAt>
+bool HasRun(CellAt cellAt) {
+  for (int line = 0; line < kBoardCells; ++line) {
+    int16 kind = 0;
+    int count = 0;
+    for (int i = 0; i < kBoardCells; ++i) {
+      const int16 next = cellAt(line, i).kind;
+      count = next == kind ? count + 1 : 1;
+      kind = next;
+      if (count == kMinRun) return true;
+    }
+  }
+  return false;
+}
+
+void AppendRun(const GemList& run, GemList& result) {
+  if (run.size() >= kMinRun) result.insert(result.end(), run.begin(), run.end());
+}
+
+template <typename CellAt>
+void ListRuns(CellAt cellAt, GemList& run, GemList& result) {
+  for (int line = 0; line < kBoardCells; ++line) {
+    EmptyList(run);
+    int16 kind = cellAt(line, 0).kind;
+    for (int i = 0; i < kBoardCells; ++i) {
+      const BoardCell& cell = cellAt(line, i);
+      if (cell.kind != kind) {
+        AppendRun(run, result);
+        EmptyList(run);
+        kind = cell.kind;
+      }
+      run.push_back(cell.gemId);
+    }
+    AppendRun(run, result);
+  }
+}
+
+// A gem can stand in one row run and one column run, so once is enough for each.
+void RemoveDoubles(GemList& list) {
+  for (std::size_t p = 0; p + 1 < list.size(); ++p) {
+    const auto rest = list.begin() + static_cast<std::ptrdiff_t>(p) + 1;
+    const auto twin = std::find(rest, list.end(), list[p]);
+    if (twin != list.end()) list.erase(twin);
+  }
+}
+
+}  // namespace
+
+void StepSwapping() {
+  CGem& first = Gem(firstGem);
+  CGem& second = Gem(secondGem);
+  SlideGem(first);
+  SlideGem(second);
+  if (++swapFrames < kSwapFrames) return;
+
+  swapFrames = 0;
+  ArriveGem(first);
+  ArriveGem(second);
+  if (swapPasses != 0) {
+    swapPasses = 0;
+    gameState = stateIdle;
+    return;
+  }
+  swapPasses = kWayBack;
+  if (BoardHasRun() == kFalse) {
+    TurnBack();
+  } else {
+    RewardSwap();
+  }
+}
+
+Flag BoardHasRun() {
+  return HasRun(CellOfRow) || HasRun(CellOfColumn) ? kTrue : kFalse;
+}
+
+Flag FindMatches(GemList& result) {
+  GemList run;
+  run.reserve(kBoardCells);
+  ListRuns(CellOfRow, run, result);
+  ListRuns(CellOfColumn, run, result);
+  RemoveDoubles(result);
+  return result.empty() ? kFalse : kTrue;
+}
+
+void EmptyList(GemList& list) {
+  while (!list.empty()) {
+    list.erase(list.begin());
+    platform::LetEventsRun();
+  }
+}
+
+}  // namespace glimmerfall

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#include "rules/basNewGame.h"
+
+#include "rules/basGameState.h"
+
+namespace glimmerfall {
+
+bool NewGameAllowed() {
+  return gameState == stateIdle || gameState == stateSelected || gameState == stateEndMessage;
+}
+
+void StartNewGame() {
+  score = 0;
+  matchCount = 0;
+  level = 1;
+  levelWon = levelWonSound = kFalse;
+  paused = kFalse;
+  RequestNewBoard();
+}
+
+}  // namespace glimmerfall

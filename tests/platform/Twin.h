@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+// The scripted twin of the desktop: a clock, an event queue, random numbers, files and devices that
+// a test scripts, and a log of what was asked of them. It is linked in place of platform/desktop.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/FilterGraph.h"
+#include "platform/Messages.h"
+#include "platform/Surface.h"
+
+namespace twin {
+
+/// What EndProgram throws, so that nothing beneath it runs again.
+struct ProgramEnded {
+  int exitCode;
+};
+
+/// Noon, tick 0, no events, no logs, nothing broken, the generator seeded with `seed`.
+void Reset(std::uint64_t seed = 1);
+
+// The clock. It stands still but for AdvanceTo and for the waits of the program.
+void SetTimer(double secondsSinceMidnight);
+void AdvanceTo(std::int32_t tick);
+
+// Events. They run where the program lets events run, once their tick has come.
+void ScheduleAt(std::int32_t tick, std::function<void()> event);
+/// Runs `event` at the n-th place from now on where events run, 1 being the next.
+void ScheduleAtPlace(int n, std::function<void()> event);
+/// Runs at every place where events run, but not inside itself. Null ends it.
+void OnEveryPlace(std::function<void()> event);
+/// Places where events ran since the reset.
+long PlacesPassed();
+
+// Randomness. Scripted values come first, then those of the seeded generator.
+void ScriptRnd(const std::vector<double>& values);
+/// Scripts what `Int(Rnd * count)` is to give.
+void ScriptDraws(const std::vector<int>& draws, int count);
+std::size_t ScriptedRndLeft();
+
+// Surfaces.
+void LogDrawing(bool on);
+/// Lines such as "BltFast 0,64 gemsheet1024x512.bmp 0,0,64,64"; refused copies end in " refused".
+std::vector<std::string>& DrawingLog();
+/// Size of the bitmap file of this name; 64 by 64 where nothing is said.
+void SetBitmapSize(const std::string& name, platform::Size size);
+/// Any call that needs the thing of this name throws Error: a file name, "display" or "sound".
+void Break(const std::string& name);
+
+// Sounds.
+/// Names of the effects in the order in which they were played.
+std::vector<std::string>& PlayedSounds();
+std::int32_t VolumeOf(const std::string& name);
+int LiveSoundBuffers();
+
+// Filter graphs.
+struct GraphRecord {
+  std::string path;
+  bool rendered = true;  ///< first data has arrived
+  bool running = false;
+  bool alive = true;
+  std::int32_t volume = 0;
+  platform::GraphEvent event = platform::GraphEvent::None;
+};
+/// All graphs made since the reset, in order.
+std::vector<GraphRecord*> Graphs();
+/// Whether the graphs made from now on have their first data at once.
+void RenderAtOnce(bool atOnce);
+
+// Messages.
+struct MessageRecord {
+  std::string text;
+  std::string title;
+  platform::MessageIcon icon;
+  platform::MessageButtons buttons;
+};
+std::vector<MessageRecord>& Messages();
+void AnswerMessages(platform::MessageAnswer answer);
+
+// The program.
+void SetProgramFolder(const std::string& folder);
+
+}  // namespace twin
