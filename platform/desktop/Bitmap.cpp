@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+// Reading of bitmap files (BMP: Microsoft's BITMAPFILEHEADER and BITMAPINFOHEADER, as in the
+// Windows graphics documentation, "Bitmap storage").
+#include <QFile>
+#include <QImageReader>
+#include <QtEndian>
+#include <cstdlib>
+
+#include "platform/Error.h"
+#include "platform/desktop/ImageSurface.h"
+
+namespace platform::desktop {
+
+namespace {
+
+constexpr int kMostPixels = 4096;  // a side
+
+// Offsets in the file.
+constexpr int kPixelOffsetAt = 10;
+constexpr int kWidthAt = 18;
+constexpr int kHeightAt = 22;
+constexpr int kDepthAt = 28;
+constexpr int kCompressionAt = 30;
+constexpr int kHeadBytes = 34;
+
+constexpr quint32 kUncompressed = 0;
+constexpr quint32 kBitfields = 3;
+constexpr qint64 kRowBits = 32;  // rows are filled up to whole words of this size
+
+[[noreturn]] void Refuse(const std::string& path, const std::string& reason) {
+  throw Error(path + ": " + reason);
+}
+
+template <typename Number>
+Number ReadAt(const QByteArray& head, int offset) {
+  return qFromLittleEndian<Number>(head.constData() + offset);
+}
+
+// The toolkit shows what there is of a bitmap that was cut short; the game does not.
+bool IsCutShort(QFile& file) {
+  const QByteArray head = file.peek(kHeadBytes);
+  if (head.size() < kHeadBytes) return true;
+  const auto compression = ReadAt<quint32>(head, kCompressionAt);
+  if (compression != kUncompressed && compression != kBitfields) return false;
+  const qint64 rowBits = qint64{ReadAt<qint32>(head, kWidthAt)} * ReadAt<quint16>(head, kDepthAt);
+  const qint64 rowBytes = (rowBits + kRowBits - 1) / kRowBits * (kRowBits / 8);
+  const qint64 rows = std::abs(qint64{ReadAt<qint32>(head, kHeightAt)});
+  return file.size() < ReadAt<quint32>(head, kPixelOffsetAt) + rowBytes * rows;
+}
+
+}  // namespace
+
+QImage LoadBitmap(const std::string& path) {
+  QFile file(QString::fromStdString(path));
+  if (!file.open(QIODevice::ReadOnly)) Refuse(path, file.errorString().toStdString());
+  QImageReader reader(&file, "bmp");
+  reader.setAutoDetectImageFormat(false);
+  const QSize size = reader.size();
+  if (size.isEmpty()) Refuse(path, "not a bitmap file");
+  if (size.width() > kMostPixels || size.height() > kMostPixels)
+    Refuse(path, "a bitmap of more than 4096 pixels a side");
+  if (IsCutShort(file)) Refuse(path, "the bitmap file is cut short");
+  const QImage image = reader.read();
+  if (image.isNull()) Refuse(path, reader.errorString().toStdString());
+  return image.convertToFormat(QImage::Format_RGB32);
+}
+
+}  // namespace platform::desktop

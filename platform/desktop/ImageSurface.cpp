@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "platform/desktop/ImageSurface.h"
+
+#include <QFontMetrics>
+
+namespace platform::desktop {
+
+namespace {
+
+QRect ToQRect(const Rect& r) {
+  return {r.left, r.top, r.Width(), r.Height()};
+}
+
+QColor ToQColor(Colour colour) {
+  return QColor(colour & 0xFF, colour >> 8 & 0xFF, colour >> 16 & 0xFF);
+}
+
+bool IsInRange(int value, int low, int high) {
+  return value >= low && value <= high;
+}
+
+QImage MakeTransparent(const QImage& image, const QColor& low, const QColor& high) {
+  QImage keyed = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+  for (int y = 0; y < keyed.height(); ++y) {
+    auto* line = reinterpret_cast<QRgb*>(keyed.scanLine(y));
+    for (int x = 0; x < keyed.width(); ++x) {
+      const QRgb pixel = line[x];
+      if (IsInRange(qRed(pixel), low.red(), high.red()) &&
+          IsInRange(qGreen(pixel), low.green(), high.green()) &&
+          IsInRange(qBlue(pixel), low.blue(), high.blue()))
+        line[x] = 0;
+    }
+  }
+  return keyed;
+}
+
+}  // namespace
+
+ImageSurface::ImageSurface(QImage image) : image_(std::move(image)) {}
+
+Size ImageSurface::GetSurfaceDesc() const {
+  return {image_.width(), image_.height()};
+}
+
+void ImageSurface::SetClipper(std::shared_ptr<Clipper>) {}
+
+void ImageSurface::SetColorKey(Colour low, Colour high) {
+  keyed_ = MakeTransparent(image_, ToQColor(low), ToQColor(high));
+}
+
+bool ImageSurface::Blt(const Rect& to, const Surface& source, const Rect& from, ColorKey key) {
+  const QImage& pixels = dynamic_cast<const ImageSurface&>(source).Pixels(key);
+  const QRect target = ToQRect(to);
+  const QRect part = ToQRect(from);
+  if (target.isEmpty() || part.isEmpty() || !pixels.rect().contains(part) ||
+      !image_.rect().intersects(target))
+    return false;
+  QPainter& painter = Painter();
+  painter.setCompositionMode(pixels.hasAlphaChannel() ? QPainter::CompositionMode_SourceOver
+                                                      : QPainter::CompositionMode_Source);
+  painter.drawImage(target, pixels, part);
+  return true;
+}
+
+bool ImageSurface::BltFast(std::int32_t x, std::int32_t y, const Surface& source, const Rect& from,
+                           ColorKey key) {
+  const Rect to = {x, y, x + from.Width(), y + from.Height()};
+  const QRect target = ToQRect(to);
+  return !target.isEmpty() && image_.rect().contains(target) && Blt(to, source, from, key);
+}
+
+void ImageSurface::SetFontTransparency(bool transparent) {
+  Painter().setBackgroundMode(transparent ? Qt::TransparentMode : Qt::OpaqueMode);
+}
+
+void ImageSurface::SetForeColor(Colour colour) {
+  Painter().setPen(ToQColor(colour));
+}
+
+void ImageSurface::SetFillColor(Colour colour) {
+  Painter().setBrush(ToQColor(colour));
+}
+
+void ImageSurface::SetFont(const Font& font) {
+  Painter().setFont(ToQFont(font));
+}
+
+void ImageSurface::DrawText(std::int32_t x, std::int32_t y, const std::string& text) {
+  QPainter& painter = Painter();
+  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+  painter.drawText(x, y + painter.fontMetrics().ascent(), QString::fromStdString(text));
+}
+
+void ImageSurface::DrawBox(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) {
+  if (x2 <= x1 || y2 <= y1) return;
+  // An outline of one pixel lies half a pixel outside the rectangle that the toolkit is given.
+  Painter().drawRect(x1, y1, x2 - x1 - 1, y2 - y1 - 1);
+}
+
+void ImageSurface::DrawLine(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) {
+  Painter().drawLine(x1, y1, x2, y2);
+}
+
+const QImage& ImageSurface::Pixels(ColorKey key) const {
+  return key == ColorKey::Source && !keyed_.isNull() ? keyed_ : image_;
+}
+
+// One painter for the surface's whole life: beginning one for each copy costs more than the copy.
+QPainter& ImageSurface::Painter() {
+  if (!painter_.isActive()) {
+    painter_.begin(&image_);
+    painter_.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter_.setRenderHint(QPainter::TextAntialiasing);
+  }
+  return painter_;
+}
+
+}  // namespace platform::desktop

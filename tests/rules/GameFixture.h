@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+// What the suites of the rules share: a game on the scripted platform, boards as text, and the
+// invariants of a board at rest.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "rules/basGameState.h"
+
+namespace glimmerfall {
+
+/// Puts everything back to its start, loads sounds and display on the scripted platform.
+void StartScriptedGame(std::uint64_t seed = 1);
+
+/// A rested board of 64 digits (blanks and line ends between them do not count), gem ids in cell
+/// order, in stateIdle.
+void SetBoard(const std::string& kinds, int16 kindsDealt = 8);
+
+std::string BoardKinds();
+std::vector<int> BoardIds();
+
+/// The middle of a cell, in pixels.
+float32 MiddleX(int cell);
+float32 MiddleY(int cell);
+
+/// A press, a release and the click they make.
+void PressAndRelease(int cell);
+void PressAndRelease(float32 x, float32 y);
+
+/// Runs frames until the state is one of `states`, at most `limit`. Answers how many it ran.
+int RunFramesUntil(std::vector<GameState> states, int limit = 5000);
+
+/// What is wrong with the rested board, or nothing.
+std::string BrokenInvariant();
+
+/// Start values before, nothing left over after.
+class GameTest : public testing::Test {
+ protected:
+  void SetUp() override { StartScriptedGame(); }
+  void TearDown() override;
+};
+
+}  // namespace glimmerfall
