@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: MIT
+#include "ui/frmMain.h"
+
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLayout>
+#include <QMenuBar>
+#include <QScreen>
+#include <exception>
+
+#include "display/basBoardText.h"
+#include "display/basDirectDrawStuff.h"
+#include "platform/Events.h"
+#include "platform/Messages.h"
+#include "platform/Program.h"
+#include "platform/Time.h"
+#include "platform/desktop/BoardView.h"
+#include "rules/basGameClock.h"
+#include "rules/basGameState.h"
+#include "rules/basHint.h"
+#include "rules/basInitializingGameBoard.h"
+#include "rules/basMainGameLoop.h"
+#include "rules/basManipulatingGems.h"
+#include "rules/basNewGame.h"
+#include "sound/basDirectSoundStuff.h"
+
+namespace glimmerfall {
+
+namespace {
+
+constexpr int kBoardFontPixels = 35;  // 26 points at 96 dots an inch
+constexpr int32 kIdleNapTicks = 1000;
+
+// The status line, in pixels.
+constexpr int kStatusSpacing = 4;
+constexpr int kStatusMargin = 6;
+
+frmMain* mainWindow = nullptr;
+
+void ForwardTimer() {
+  mainWindow->Timer1_Timer();
+}
+
+void ReportFailure(const std::string& description) {
+  platform::ShowMessage("Some error has occurred!\n" + description, "This is uncalled-for!",
+                        platform::MessageIcon::Exclamation, platform::MessageButtons::Ok);
+}
+
+// The one handler of the load: tells of a failed step and goes on with the next.
+void TakeStep(void (*step)()) {
+  try {
+    step();
+  } catch (const std::exception& error) {
+    ReportFailure(error.what());
+  }
+}
+
+void SetPaths() {
+  const std::string folder = platform::ProgramFolder() + "/images";
+  boardBitmapPath = folder + "/Board.bmp";
+  gemSheetPath = folder + "/gemsheet1024x512.bmp";
+  targetBitmapPath = folder + "/Target.bmp";
+}
+
+// Once the frames have ended the window stays with its last picture, and New Game starts them
+// again.
+[[noreturn]] void ServeMenusForever() {
+  for (;;) {
+    while (!newBoardWanted)
+      platform::LetEventsRunUntil(platform::TickCount() + kIdleNapTicks);
+    RunGameLoop();
+  }
+}
+
+}  // namespace
+
+frmMain::frmMain() {
+  mainWindow = this;
+  setWindowTitle("Glintworks");
+  setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                 Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+                 Qt::WindowCloseButtonHint);
+  picBoard = new platform::desktop::BoardView(this, {MouseDown, MouseMove, MouseUp, Click});
+  picBoard->setFixedSize(kSurfaceWidth, kSurfaceHeight);
+  setCentralWidget(picBoard);
+  CreateMenus();
+  CreateStatusLine();
+  layout()->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void frmMain::Load() {
+  level = 1;
+  soundOn = kTrue;
+  mnuPlaySound->setChecked(true);
+  SetPaths();
+  frmMainHandle = static_cast<QWidget*>(this);
+  picBoardHandle = picBoard;
+  mainWindowFont = {"Arial", kBoardFontPixels};
+  gameState = stateLoading;
+  platform::StartTimer(ForwardTimer);
+  CenterOnScreen();
+  show();
+  for (void (*step)() : {LoadSounds, InitDisplay, InitGameBoard, RunGameLoop})
+    TakeStep(step);
+  ServeMenusForever();
+}
+
+void frmMain::Timer1_Timer() {
+  const StatusCaptions captions = CurrentCaptions();
+  mnuScore->setText(QString::fromStdString(captions.mnuScore));
+  mnuCount->setText(QString::fromStdString(captions.mnuCount));
+  mnuMatchCount->setText(QString::fromStdString(captions.mnuMatchCount));
+  UpdateClock();
+}
+
+void frmMain::closeEvent(QCloseEvent*) {
+  quitRequested = kTrue;
+  ReleaseAll();
+  platform::EndProgram(0);
+}
+
+QAction* frmMain::AddEntry(QMenu* menu, const char* caption, const char* hotKey,
+                           void (frmMain::*command)()) {
+  QAction* entry = menu->addAction(caption, QKeySequence(hotKey), this, command);
+  entry->setMenuRole(QAction::NoRole);
+  return entry;
+}
+
+void frmMain::CreateMenus() {
+  menuBar()->setNativeMenuBar(false);
+  QMenu* mnuGame = menuBar()->addMenu("&Game");
+  AddEntry(mnuGame, "&New Game", "F2", &frmMain::mnuNewGame_Click);
+  mnuPlaySound = AddEntry(mnuGame, "&Play Sound", "Ctrl+P", &frmMain::mnuPlaySound_Click);
+  mnuPause = AddEntry(mnuGame, "Pause", "F4", &frmMain::mnuPause_Click);
+  mnuGame->addSeparator();
+  AddEntry(mnuGame, "&Hint", "F3", &frmMain::mnuHint_Click);
+  AddEntry(mnuGame, "High Scores", "Ctrl+S", &frmMain::mnuHighScores_Click);
+  mnuGame->addSeparator();
+  AddEntry(mnuGame, "&Quit", "Ctrl+Q", &frmMain::mnuQuit_Click);
+  connect(menuBar()->addAction("Options"), &QAction::triggered, this, &frmMain::mnuOptions_Click);
+  QMenu* mnuHelp = menuBar()->addMenu("&Help");
+  AddEntry(mnuHelp, "&How to play...", "F1", &frmMain::mnuHowToPlay_Click);
+  mnuHelp->addSeparator();
+  AddEntry(mnuHelp, "&About...", "Ctrl+A", &frmMain::mnuAbout_Click);
+  mnuPlaySound->setCheckable(true);
+  mnuPause->setCheckable(true);
+}
+
+// Plain labels: an entry of the menu bar would take clicks.
+void frmMain::CreateStatusLine() {
+  auto* line = new QWidget(menuBar());
+  auto* row = new QHBoxLayout(line);
+  row->setContentsMargins(0, 0, kStatusMargin, 0);
+  row->setSpacing(kStatusSpacing);
+  const auto add = [&](const char* caption, const char* name) {
+    auto* label = new QLabel(caption, line);
+    label->setAccessibleName(name);
+    row->addWidget(label);
+    return label;
+  };
+  add("Score:", "Score label");
+  mnuScore = add("Score", "Score");
+  add("Level:", "Level label");
+  mnuCount = add("count", "Level");
+  add("Matches Left:", "Matches label");
+  mnuMatchCount = add("mnuMatchCount", "Matches left");
+  menuBar()->setCornerWidget(line, Qt::TopRightCorner);
+}
+
+void frmMain::CenterOnScreen() {
+  adjustSize();
+  QRect frame(QPoint(0, 0), sizeHint());
+  frame.moveCenter(screen()->availableGeometry().center());
+  move(frame.topLeft());
+}
+
+void frmMain::mnuNewGame_Click() {
+  if (!NewGameAllowed()) return;
+  StartNewGame();
+  mnuPause->setChecked(paused != kFalse);
+}
+
+void frmMain::mnuPlaySound_Click() {
+  soundOn = Complement(soundOn);
+  mnuPlaySound->setChecked(soundOn != kFalse);
+}
+
+void frmMain::mnuPause_Click() {
+  TogglePause();
+  mnuPause->setChecked(paused != kFalse);
+}
+
+void frmMain::mnuHint_Click() {
+  TakeHint();
+}
+
+void frmMain::mnuHighScores_Click() {}
+
+void frmMain::mnuQuit_Click() {
+  close();
+}
+
+void frmMain::mnuOptions_Click() {}
+
+void frmMain::mnuHowToPlay_Click() {}
+
+void frmMain::mnuAbout_Click() {}
+
+}  // namespace glimmerfall

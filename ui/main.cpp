@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+// The program: puts the shared state to its start and opens the windows.
+#include <QApplication>
+#include <QIcon>
+
+#include <cstdio>
+
+#include "platform/Program.h"
+#include "rules/basGameState.h"
+#include "ui/frmMain.h"
+
+namespace {
+
+// The toolkit would end with a long text and a core file when no display can be reached.
+void EndOnFatal(QtMsgType type, const QMessageLogContext&, const QString& text) {
+  if (type == QtDebugMsg || type == QtInfoMsg) return;
+  std::fprintf(stderr, "glimmerfall: %s\n", qPrintable(text.section('\n', 0, 0)));
+  if (type == QtFatalMsg) platform::EndProgram(1);
+}
+
+QIcon ProgramIcon() {
+  QIcon icon;
+  for (const char* size : {"16", "32", "48", "64", "128", "256"})
+    icon.addFile(QString::fromStdString(platform::ProgramFolder()) + "/images/icon" + size +
+                 ".png");
+  return icon;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  qInstallMessageHandler(EndOnFatal);
+  QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
+  QApplication application(argc, argv);
+  QApplication::setApplicationName("Glimmerfall");
+  QApplication::setDesktopFileName("glimmerfall");
+  QApplication::setWindowIcon(ProgramIcon());
+
+  glimmerfall::ResetGameState();
+  glimmerfall::frmMain window;
+  window.Load();
+}
