@@ -1,0 +1,72 @@
+# SPDX-License-Identifier: MIT
+# Shared by ./play and ./test: packages, presets, and how to say what is going on.
+# shellcheck shell=bash
+
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+say() { printf '%s\n' "$*"; }
+fail() {
+  printf '%s: %s\n' "$(basename "$0")" "$*" >&2
+  exit 1
+}
+
+# What the game needs to run, to be built, and to be tested.
+run_packages=(
+  libqt6widgets6 libopenal1 libsndfile1 libgstreamer1.0-0
+  gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
+  gstreamer1.0-plugins-ugly gstreamer1.0-libav gstreamer1.0-pulseaudio gstreamer1.0-alsa
+  timgm6mb-soundfont fonts-liberation fonts-dejavu-core
+)
+build_packages=(
+  build-essential cmake ninja-build pkg-config
+  qt6-base-dev libgl-dev libopenal-dev libsndfile1-dev libgstreamer1.0-dev
+)
+test_packages=(
+  libgtest-dev libbenchmark-dev xvfb openbox xdotool x11-utils pulseaudio pulseaudio-utils
+  python3 python3-numpy python3-pil python3-scipy
+  povray csound abcmidi lame fluidsynth ffmpeg fonts-urw-base35
+)
+
+missing_packages() {
+  local package
+  for package in "$@"; do
+    [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || echo "$package"
+  done
+}
+
+# Installs those of the named packages that are missing.
+install_packages() {
+  local missing as_root=() log
+  mapfile -t missing < <(missing_packages "$@")
+  [ ${#missing[@]} -gt 0 ] || return 0
+  command -v apt-get >/dev/null || fail "these Debian packages are needed: ${missing[*]}"
+  if [ "$(id -u)" != 0 ]; then
+    command -v sudo >/dev/null || fail "run as root once, or install: ${missing[*]}"
+    as_root=(sudo)
+  fi
+  say "Installing ${#missing[@]} packages: ${missing[*]}"
+  log=$(mktemp)
+  if ! { "${as_root[@]}" apt-get update &&
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+      apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+    tail -n 5 "$log" >&2
+    rm -f "$log"
+    fail "the packages could not be installed: ${missing[*]}"
+  fi
+  rm -f "$log"
+}
+
+# Configures and builds a preset; quiet but for what is compiled.
+build_preset() {
+  local preset=$1 log
+  log=$(mktemp)
+  if ! cmake --preset "$preset" >"$log" 2>&1; then
+    tail -n 20 "$log" >&2
+    rm -f "$log"
+    fail "the build could not be configured"
+  fi
+  rm -f "$log"
+  say "Building ($preset)"
+  cmake --build --preset "$preset" || fail "the build failed"
+}
