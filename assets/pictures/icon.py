@@ -1,0 +1,47 @@
+# SPDX-License-Identifier: MIT
+"""The game's icon in six sizes, with smooth transparency around the gems."""
+import os
+
+import numpy as np
+
+import colour
+import painting as p
+import tracer
+
+SIDE = 768                          # a multiple of all sizes
+SMALL, LARGE = (16, 32), (48, 64, 128, 256)
+EXPOSURE = 0.4                      # of icon.pov
+
+
+def trace_motif(scratch, company):
+    """Renders the small motif (company 0) or the large one (1) into the scratch folder."""
+    for number, name in enumerate(('icon%d', 'icon%d_mask')):
+        tracer.trace(scratch, 'icon.pov', name % company, (SIDE, SIDE),
+                     [('Pass', number), ('Company', company)], ['-A'])
+
+
+def trace(scratch):
+    """Renders both motifs."""
+    for company in (0, 1):
+        trace_motif(scratch, company)
+
+
+def make_icon(scratch, company, side):
+    """8-bit RGBA of one size."""
+    picture = tracer.read_traced(scratch, 'icon%d' % company) / EXPOSURE
+    over = np.maximum(picture - 0.66, 0)
+    picture = np.where(picture > 0.66, 0.66 + 0.34 * (1 - np.exp(-over / 0.34)), picture)
+    mask = (tracer.read_traced(scratch, 'icon%d_mask' % company)[..., :1] > 0.5).astype(float)
+    alpha = p.average(mask, SIDE // side)
+    pixels = p.average(picture * mask, SIDE // side) / np.maximum(alpha, 1e-9)
+    result = np.concatenate([colour.to_bytes(pixels),
+                             np.floor(alpha * 255 + 0.5).astype(np.uint8)], axis=-1)
+    result[alpha[..., 0] == 0] = 0
+    return result
+
+
+def build(scratch, target):
+    """Writes all sizes from what trace() has rendered for both motifs."""
+    for company, sides in enumerate((SMALL, LARGE)):
+        for side in sides:
+            p.save(make_icon(scratch, company, side), os.path.join(target, 'icon%d.png' % side))
