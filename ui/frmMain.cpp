@@ -32,8 +32,10 @@ constexpr int kBoardFontPixels = 35;  // 26 points at 96 dots an inch
 constexpr int32 kIdleNapTicks = 1000;
 
 // The status line, in pixels.
-constexpr int kStatusSpacing = 4;
-constexpr int kStatusMargin = 6;
+constexpr int kMenuFontPixels = 12;
+constexpr int kStatusSpacing = 5;
+constexpr int kStatusMargin = 4;
+constexpr int kStatusDrop = 3;  // sets the labels level with the menu's own captions
 
 frmMain* mainWindow = nullptr;
 
@@ -128,6 +130,9 @@ QAction* frmMain::AddEntry(QMenu* menu, const char* caption, const char* hotKey,
 
 void frmMain::CreateMenus() {
   menuBar()->setNativeMenuBar(false);
+  QFont font = menuBar()->font();
+  font.setPixelSize(kMenuFontPixels);
+  menuBar()->setFont(font);
   QMenu* mnuGame = menuBar()->addMenu("&Game");
   AddEntry(mnuGame, "&New Game", "F2", &frmMain::mnuNewGame_Click);
   mnuPlaySound = AddEntry(mnuGame, "&Play Sound", "Ctrl+P", &frmMain::mnuPlaySound_Click);
@@ -146,24 +151,26 @@ void frmMain::CreateMenus() {
   mnuPause->setCheckable(true);
 }
 
-// Plain labels: an entry of the menu bar would take clicks.
+// Plain labels: an entry of the menu bar would take clicks. Their widths are fixed, so that a
+// growing score moves nothing.
 void frmMain::CreateStatusLine() {
   auto* line = new QWidget(menuBar());
   auto* row = new QHBoxLayout(line);
-  row->setContentsMargins(0, 0, kStatusMargin, 0);
+  row->setContentsMargins(0, kStatusDrop, kStatusMargin, 0);
   row->setSpacing(kStatusSpacing);
-  const auto add = [&](const char* caption, const char* name) {
+  const auto add = [&](const char* caption, const char* widest) {
     auto* label = new QLabel(caption, line);
-    label->setAccessibleName(name);
+    label->setFont(menuBar()->font());
+    label->setFixedWidth(label->fontMetrics().horizontalAdvance(widest));
     row->addWidget(label);
     return label;
   };
-  add("Score:", "Score label");
-  mnuScore = add("Score", "Score");
-  add("Level:", "Level label");
-  mnuCount = add("count", "Level");
-  add("Matches Left:", "Matches label");
-  mnuMatchCount = add("mnuMatchCount", "Matches left");
+  add("Score:", "Score:");
+  mnuScore = add("Score", "99999999");
+  add("Level:", "Level:");
+  mnuCount = add("count", "Marathon");
+  add("Matches Left:", "Matches Left:");
+  mnuMatchCount = add("mnuMatchCount", "9999");
   menuBar()->setCornerWidget(line, Qt::TopRightCorner);
 }
 

@@ -11,11 +11,14 @@
 
 namespace {
 
-// The toolkit would end with a long text and a core file when no display can be reached.
+// The toolkit would end with a long text and a core file when no display can be reached; all its
+// lesser remarks are of no use to a player.
 void EndOnFatal(QtMsgType type, const QMessageLogContext&, const QString& text) {
-  if (type == QtDebugMsg || type == QtInfoMsg) return;
-  std::fprintf(stderr, "glimmerfall: %s\n", qPrintable(text.section('\n', 0, 0)));
-  if (type == QtFatalMsg) platform::EndProgram(1);
+  if (type != QtFatalMsg) return;
+  const bool started = QCoreApplication::instance() != nullptr && !QCoreApplication::startingUp();
+  const QByteArray reason = started ? text.toLocal8Bit() : "no window can be opened: no display";
+  std::fprintf(stderr, "glimmerfall: %s\n", reason.constData());
+  platform::EndProgram(1);
 }
 
 QIcon ProgramIcon() {

@@ -1,0 +1,300 @@
+# SPDX-License-Identifier: MIT
+"""A desktop for the real program: a screen in memory with a window manager, a sound server whose
+output is recorded, and a player who sees the screen and moves the mouse.
+
+Used by the suites beside it. Whatever cannot be started is an error, never a skip."""
+
+import os
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+import wave
+from pathlib import Path
+
+import numpy as np
+from PIL import Image, ImageGrab
+
+CELL = 64
+BOARD = 8
+SURFACE = (512, 576)
+PATIENCE = 15.0  # seconds until a thing that should come soon is given up
+MODES = {"Normal": 0, "Frantic": 1, "Marathon": 2, "Relaxed": 3}
+MODE_KEYS = {"Normal": (336, 76), "Frantic": (336, 108), "Marathon": (336, 142), "Relaxed": (336, 180)}
+CHOOSER = "Norvane Games Presents..."
+MAIN = "Glintworks"
+SAMPLE_RATE = 44100
+
+
+def wait_for(what, condition, patience=PATIENCE, step=0.02):
+    """The first true answer of `condition`; AssertionError when it does not come."""
+    end = time.monotonic() + patience
+    while time.monotonic() < end:
+        answer = condition()
+        if answer:
+            return answer
+        time.sleep(step)
+    raise AssertionError(f"waited {patience:.0f} s in vain for {what}")
+
+
+class Desktop:
+    """Screen, window manager and sound server, all of its own. Use it in a `with` statement."""
+
+    def __init__(self, size=(1280, 1024), scale=None, sound=True):
+        self.size, self.scale, self.sound = size, scale, sound
+        self.processes = []
+
+    def __enter__(self):
+        self.folder = Path(tempfile.mkdtemp(prefix="glimmerfall-"))
+        self.env = {k: v for k, v in os.environ.items() if not k.startswith(("QT_", "ALSOFT", "PULSE"))}
+        self.env.update(XDG_RUNTIME_DIR=str(self.folder), HOME=str(self.folder), LC_ALL="C.UTF-8")
+        if self.scale:
+            self.env["QT_SCALE_FACTOR"] = str(self.scale)
+        try:
+            self._start_screen()
+            if self.sound:
+                self.start_sound()
+        except BaseException:
+            self.__exit__(None, None, None)
+            raise
+        return self
+
+    def __exit__(self, *_):
+        for process in reversed(self.processes):
+            if process.poll() is None:
+                process.terminate()
+                try:
+                    process.wait(5)
+                except subprocess.TimeoutExpired:
+                    process.kill()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def spawn(self, *command, **more):
+        more.setdefault("stderr", subprocess.DEVNULL)
+        process = subprocess.Popen(command, env=self.env, **more)
+        self.processes.append(process)
+        return process
+
+    def run(self, *command, check=True):
+        return subprocess.run(command, env=self.env, check=check, capture_output=True, text=True).stdout
+
+    def _start_screen(self):
+        read, write = os.pipe()
+        self.spawn("Xvfb", "-displayfd", str(write), "-screen", "0", "%dx%dx24" % self.size,
+                   "-nolisten", "tcp", pass_fds=[write])
+        os.close(write)
+        with os.fdopen(read) as pipe:
+            number = pipe.readline().strip()
+        assert number, "the screen in memory did not start"
+        self.display = ":" + number
+        self.env["DISPLAY"] = self.display
+        self.spawn("openbox")
+        wait_for("the window manager",
+                 lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK", check=False))
+
+    def start_sound(self):
+        self.sound_server = self.spawn(
+            "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no",
+            "-L", "module-null-sink sink_name=out rate=44100",
+            "-L", "module-native-protocol-unix")
+        wait_for("the sound server", lambda: "out" in self.run("pactl", "list", "short", "sinks", check=False))
+
+    def record(self):
+        """Starts a recording of all that is heard; its stop() gives samples from -1 to 1."""
+        return Recording(self)
+
+    def grab(self, box=None):
+        return ImageGrab.grab(bbox=box, xdisplay=self.display).convert("RGB")
+
+    def windows(self, title):
+        found = self.run("xdotool", "search", "--onlyvisible", "--name", f"^{title}$", check=False).split()
+        return [int(w) for w in found]
+
+    def window(self, title, patience=PATIENCE):
+        return wait_for(f"the window '{title}'", lambda: self.windows(title), patience)[0]
+
+    def place(self, window):
+        """Left, top, width and height of a window's client area."""
+        lines = self.run("xdotool", "getwindowgeometry", "--shell", str(window)).split()
+        fields = dict(line.split("=") for line in lines if "=" in line)
+        return tuple(int(fields[k]) for k in ("X", "Y", "WIDTH", "HEIGHT"))
+
+    def move(self, x, y):
+        self.run("xdotool", "mousemove", str(round(x)), str(round(y)))
+
+    def click(self, x, y, button=1):
+        self.run("xdotool", "mousemove", str(round(x)), str(round(y)), "click", str(button))
+
+    def key(self, *keys):
+        self.run("xdotool", "key", *keys)
+
+    def type(self, text):
+        self.run("xdotool", "type", "--delay", "5", text)
+
+
+class Recording:
+    def __init__(self, desktop):
+        self.path = desktop.folder / "heard.wav"
+        self.process = desktop.spawn("parec", "-d", "out.monitor", "--file-format=wav", "--rate=44100",
+                                     "--channels=2", "--format=s16le", str(self.path))
+        wait_for("the recording", lambda: self.path.exists() and self.path.stat().st_size > 44)
+
+    def stop(self):
+        self.process.send_signal(signal.SIGINT)
+        self.process.wait(5)
+        with wave.open(str(self.path)) as file:
+            data = file.readframes(file.getnframes())
+        return np.frombuffer(data, dtype="<i2").reshape(-1, 2) / 32768.0
+
+
+def loudest(samples, window=0.05):
+    """Level of the loudest stretch of `window` seconds, in dB below full scale (RMS)."""
+    size = int(window * SAMPLE_RATE)
+    count = len(samples) // size
+    if count == 0:
+        return -200.0
+    blocks = samples[: count * size].reshape(count, -1)
+    return 20 * np.log10(max(np.sqrt((blocks**2).mean(axis=1)).max(), 1e-10))
+
+
+class Game:
+    """The installed program, run from a copy of its folder, and a player in front of it."""
+
+    def __init__(self, desktop, installed):
+        self.desktop = desktop
+        self.folder = desktop.folder / "game"
+        if not self.folder.exists():
+            shutil.copytree(installed, self.folder)
+        self.scale = desktop.scale or 1
+        self.sprites = Sprites(self.folder)
+        self.process = None
+
+    def start(self, command=()):
+        self.process = self.desktop.spawn(*command, str(self.folder / "glimmerfall"), stderr=subprocess.PIPE)
+        return self
+
+    def choose(self, mode):
+        """Picks a mode in the chooser and presses Start."""
+        chooser = self.desktop.window(CHOOSER)
+        left, top, _, _ = self.desktop.place(chooser)
+        x, y = MODE_KEYS[mode]
+        self.desktop.click(left + x * self.scale, top + y * self.scale)
+        time.sleep(0.1)
+        self.desktop.click(left + 452 * self.scale, top + 292 * self.scale)
+        wait_for("the chooser to go", lambda: not self.desktop.windows(CHOOSER))
+
+    def play(self, mode):
+        """Starts the program and a game, and waits until the board stands."""
+        self.start()
+        self.choose(mode)
+        self.desktop.window(MAIN)
+        self.at_rest()
+        return self
+
+    def place(self):
+        """Left and top of the board on the screen, below the menu bar."""
+        left, top, _, height = self.desktop.place(self.desktop.window(MAIN))
+        return left, top + height - round(SURFACE[1] * self.scale)
+
+    def grab(self):
+        left, top = self.place()
+        width, height = (round(side * self.scale) for side in SURFACE)
+        picture = self.desktop.grab((left, top, left + width, top + height))
+        return picture.resize(SURFACE, Image.BOX) if self.scale != 1 else picture
+
+    def at_rest(self, patience=PATIENCE):
+        """The kinds of all cells, once two looks in a row agree and every cell holds a gem at rest."""
+        last = []
+
+        def look():
+            kinds = self.sprites.read(self.grab())
+            agreed = kinds == last and all(k is not None for k in kinds)
+            last[:] = kinds
+            return kinds if agreed else None
+
+        return wait_for("the board at rest", look, patience, step=0.15)
+
+    def point(self, cell):
+        left, top = self.place()
+        return (left + (cell % BOARD * CELL + CELL / 2) * self.scale,
+                top + (cell // BOARD * CELL + CELL / 2) * self.scale)
+
+    def click(self, cell, button=1):
+        self.desktop.click(*self.point(cell), button)
+        time.sleep(0.05)
+
+    def swap(self, a, b):
+        self.click(a)
+        self.click(b)
+        self.desktop.move(*[c - 5000 for c in self.point(0)])
+
+    def drag(self, a, b):
+        ax, ay = self.point(a)
+        bx, by = self.point(b)
+        self.desktop.run("xdotool", "mousemove", str(round(ax)), str(round(ay)), "mousedown", "1",
+                         "mousemove", str(round((ax + bx) / 2)), str(round((ay + by) / 2)),
+                         "mousemove", str(round(bx)), str(round(by)), "mouseup", "1")
+        self.desktop.move(*[c - 5000 for c in self.point(0)])
+
+    def ended(self, patience=PATIENCE):
+        """The exit code, once the program has ended."""
+        try:
+            return self.process.wait(patience)
+        except subprocess.TimeoutExpired:
+            raise AssertionError("the program did not end") from None
+
+
+class Sprites:
+    """Reads gems back from a picture of the board."""
+
+    def __init__(self, folder):
+        sheet = np.asarray(Image.open(folder / "images/gemsheet1024x512.bmp").convert("RGB")).astype(np.int16)
+        board = np.asarray(Image.open(folder / "images/Board.bmp").convert("RGB")).astype(np.int16)
+        self.rest = [self._on_board(sheet[k * CELL:(k + 1) * CELL, :CELL], board) for k in range(8)]
+
+    @staticmethod
+    def _on_board(sprite, board):
+        solid = sprite.any(axis=2)[..., None]
+        cells = [board[i // BOARD * CELL:, i % BOARD * CELL:][:CELL, :CELL] for i in range(64)]
+        return [np.where(solid, sprite, cell) for cell in cells]
+
+    def read(self, picture, tolerance=6.0):
+        """By cell the kind at rest, or None where no gem rests. The picked gem's target shows only
+        in the cell's rim, so the middle decides."""
+        pixels = np.asarray(picture).astype(np.int16)
+        kinds = []
+        for i in range(64):
+            cell = pixels[i // BOARD * CELL:, i % BOARD * CELL:][:CELL, :CELL]
+            errors = [np.abs(cell - rest[i])[9:55, 9:55].mean() for rest in self.rest]
+            best = int(np.argmin(errors))
+            kinds.append(best if errors[best] < tolerance else None)
+        return kinds
+
+
+def runs(kinds):
+    """Cells that stand in a run of three or more."""
+    found = set()
+    for line in [[x + 8 * y for x in range(8)] for y in range(8)] + [[x + 8 * y for y in range(8)] for x in range(8)]:
+        for i in range(6):
+            triple = line[i:i + 3]
+            if len({kinds[c] for c in triple}) == 1:
+                found.update(triple)
+    return found
+
+
+def swaps(kinds):
+    """All swaps of neighbours as (a, b, legal)."""
+    for a in range(64):
+        for b in [a + 1] * (a % 8 < 7) + [a + 8] * (a < 56):
+            swapped = list(kinds)
+            swapped[a], swapped[b] = kinds[b], kinds[a]
+            yield a, b, bool(runs(swapped))
+
+
+def legal_swap(kinds):
+    return next((a, b) for a, b, legal in swaps(kinds) if legal)
+
+
+def illegal_swap(kinds):
+    return next((a, b) for a, b, legal in swaps(kinds) if not legal and kinds[a] != kinds[b])
