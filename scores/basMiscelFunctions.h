@@ -1,11 +1,46 @@
 // SPDX-License-Identifier: MIT
-// The check of a finished game's score against the table of its mode.
+// The files of the high scores, one value a file, and the check of a finished game's score. Every
+// operation opens its file, does one read or write and closes it; no failure is reported, and none
+// loses what was there.
 #pragma once
+
+#include <string>
+
+#include "rules/CGem.h"
 
 namespace glimmerfall {
 
-/// Looks whether `score` beats one of the ten scores of the current mode, sets newScoreRank, and if
-/// so asks for a name.
+/// What ReadLastLine gives for a file that can't be read, before the path.
+inline constexpr char kMissingFile[] = "file missing or corrupt - ";
+
+/// Bytes of the longest line that ReadLastLine gives; of a longer one, which only a damaged file
+/// has, it gives the end.
+inline constexpr int kLongestLine = 8192;
+
+/// Replaces the file at `path` by `text`, a line in UTF-8 that is stored in the code page, and CR
+/// LF. Whatever happens, the file is the old one or the new one whole; a failure leaves the old
+/// one.
+void WriteTextFile(const std::string& text, const std::string& path);
+
+/// The last line of the file at `path`, in UTF-8. Lines end in CR LF, CR or LF, the last one also
+/// at the end of the file; a file without any line gives the empty string. Lets events run once
+/// after closing the file. A file that can't be opened or read gives kMissingFile and the path.
+std::string ReadLastLine(const std::string& path);
+
+/// The score in the file at `path`: an IEEE 754 double, little-endian, at offset 0. Creates an
+/// empty file where there is none. A file of less than 8 bytes, and one that can't be opened, gives
+/// 0; one that can only be read is read.
+float64 ReadScore(const std::string& path);
+
+/// Writes `value` over the first 8 bytes of the file at `path`, which is created where there is
+/// none; what stands behind them stays. A file that can't be written stays as it is.
+void WriteScore(const std::string& path, float64 value);
+
+/// Shows the window that asks for a name; set by that window's unit, null while there is none.
+extern void (*showNameWindow)();
+
+/// Compares `score` with the ten scores of the current mode, sets newScoreRank to the first place
+/// whose score is lower, or to kNoRank, and if there is one asks for a name.
 void CheckHighScore();
 
 }  // namespace glimmerfall
