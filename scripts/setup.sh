@@ -15,7 +15,7 @@ fail() {
 run_packages=(
   libqt6widgets6 libopenal1 libsndfile1 libgstreamer1.0-0
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
-  gstreamer1.0-plugins-ugly gstreamer1.0-libav gstreamer1.0-pulseaudio gstreamer1.0-alsa
+  gstreamer1.0-plugins-ugly gstreamer1.0-libav gstreamer1.0-alsa
   timgm6mb-soundfont fonts-liberation fonts-dejavu-core
 )
 build_packages=(
