@@ -235,6 +235,8 @@ def check_midi(path):
     report_most(name, "orphaned or struck twice", orphans, 0)
     report_most(name, "notes left sounding", stuck, 0)
     report_range(name, "polyphony", most, 1, POLYPHONY)
+    tempos = [m for m in mido.merge_tracks(song.tracks) if m.type == "set_tempo"]
+    report(name, "tempo set", f"{len(tempos)} times", "once (see write_midi.py)", len(tempos) == 1)
     written = {m.key for track in song.tracks for m in track if m.type == "key_signature"}
     report(name, "key signature", "/".join(sorted(written)), key, written == {key})
     strange = sorted({pitch % 12 for pitch in pitches} - allowed)
