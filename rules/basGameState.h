@@ -51,7 +51,9 @@ class BoardCells {
   auto end() { return cells_.end(); }
 
  private:
-  static std::size_t Index(int x, int y) { return static_cast<std::size_t>(x + kBoardCells * y); }
+  static std::size_t Index(int x, int y) {
+    return static_cast<std::size_t>(x) + std::size_t{kBoardCells} * static_cast<std::size_t>(y);
+  }
 
   std::array<BoardCell, kGemCount> cells_;
 };

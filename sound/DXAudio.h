@@ -55,8 +55,16 @@ class DXAudio {
   ~DXAudio();
 
  private:
+  void OpenBackground(const std::string& path);
+  void OpenForeground(const std::string& path, int32 volume);
+  void SettleForeground();
+  void PollBackground();
+
   std::shared_ptr<platform::FilterGraph> backgroundControl;
   std::shared_ptr<platform::FilterGraph> foregroundControl;
+  /// The sound that foregroundControl replaces; it plays on until the new file has turned out to be
+  /// playable, and comes back if it is not.
+  std::shared_ptr<platform::FilterGraph> outgoingForeground;
   platform::GraphEvent backgroundEventCode = platform::GraphEvent::None;
   platform::GraphEvent foregroundEventCode = platform::GraphEvent::None;
   Flag backgroundIsPaused = kFalse;

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "platform/Program.h"
+#include "platform/desktop/Media.h"
 #include "rules/basGameState.h"
 #include "ui/frmMain.h"
 
@@ -33,6 +34,7 @@ QIcon ProgramIcon() {
 
 int main(int argc, char** argv) {
   qInstallMessageHandler(EndOnFatal);
+  platform::desktop::WarmUpMedia();
   QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
   QApplication application(argc, argv);
   QApplication::setApplicationName("Glimmerfall");
