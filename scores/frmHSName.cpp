@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "scores/frmHSName.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+
+#include "scores/basMiscelFunctions.h"
+#include "scores/basScoreTables.h"
+#include "scores/frmHighScores.h"
+#include "ui/Layout.h"
+
+namespace glimmerfall {
+
+namespace {
+
+constexpr WindowLook kWindow = {"frmHSName", "Login", 313, 69, qRgb(128, 0, 0)};
+constexpr Control kPrompt = {"lblLabels", "Enter Your Name:", {0, 48, 88, 17}};
+constexpr TextLook kPromptText = {FontFamily::Arial, 8.25, kWhite, Qt::AlignHCenter | Qt::AlignTop};
+constexpr Control kUserName = {"txtUserName", "Enter Your Name:", {88, 40, 155, 23}};
+constexpr Control kOk = {"cmdOK", "OK", {248, 40, 60, 26}};
+constexpr Control kHeading = {"Label1", "You got a HIGH SCORE!!!", {24, 8, 273, 25}};
+constexpr TextLook kHeadingText = {FontFamily::Verdana, 15.75, qRgb(0, 255, 0),
+                                   Qt::AlignLeft | Qt::AlignTop};
+
+class frmHSName : public SmallWindow {
+ public:
+  frmHSName() : SmallWindow(kWindow), txtUserName(new QLineEdit(this)) {
+    AddLabel(*this, kPrompt, kPromptText);
+    AddLabel(*this, kHeading, kHeadingText);
+    Put(*txtUserName, kUserName);
+    QPalette colours = txtUserName->palette();
+    colours.setColor(QPalette::Base, QColor(kWhite));
+    colours.setColor(QPalette::Text, QColor(kBlack));
+    txtUserName->setPalette(colours);
+    cmdOK = AddButton(*this, kOk, kPlainGrey);
+    cmdOK->setDefault(true);
+    connect(cmdOK, &QPushButton::clicked, this, &frmHSName::cmdOK_Click);
+  }
+
+  void Load() {}
+
+  void Open(QWidget* parent) {
+    Present(*this, parent);
+    txtUserName->setFocus();
+  }
+
+ private:
+  // Events run while the names are read: a second press must not enter the score twice.
+  void cmdOK_Click() {
+    cmdOK->setEnabled(false);
+    const QString typed = txtUserName->text().normalized(QString::NormalizationForm_C);
+    EnterHighScore(typed.toStdString());
+    cmdOK->setEnabled(true);
+    hide();
+    ShowHighScores(parentWidget());
+  }
+
+  QLineEdit* txtUserName;
+  QPushButton* cmdOK;
+};
+
+QPointer<QWidget>& Owner() {
+  static QPointer<QWidget> owner;
+  return owner;
+}
+
+}  // namespace
+
+void UseNameWindow(QWidget* parent) {
+  Owner() = parent;
+  showNameWindow = [] { TheWindow<frmHSName>().Open(Owner()); };
+}
+
+}  // namespace glimmerfall

@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+#include "scores/frmHighScores.h"
+
+#include <QEvent>
+#include <QLabel>
+#include <QPaintEvent>
+#include <QPushButton>
+#include <array>
+
+#include "scores/basScoreTables.h"
+#include "ui/Layout.h"
+
+namespace glimmerfall {
+
+namespace {
+
+constexpr WindowLook kWindow = {"frmHighScores", "High Scores...", 484, 602, qRgb(0, 128, 0)};
+constexpr Control kHeading = {"Label99", "High Scores:", {8, 0, 465, 33}};
+constexpr TextLook kHeadingText = {
+    FontFamily::Verdana, 20.25, qRgb(192, 255, 192), Qt::AlignHCenter | Qt::AlignTop, true, true};
+constexpr TextLook kTableHeadingText = {FontFamily::Verdana, 9.75, qRgb(0, 0, 255),
+                                        Qt::AlignLeft | Qt::AlignTop, true};
+constexpr TextLook kLineText = {FontFamily::Verdana, 9.75, kWhite, Qt::AlignLeft | Qt::AlignTop,
+                                true};
+constexpr Control kOk = {"OKButton", "OK", {208, 568, 81, 25}};
+
+// One of the four tables, in the order in which they are read.
+struct Block {
+  GameMode mode;
+  Control heading;
+  const char* linePrefix;  // of the controls' names
+  int firstNumber;
+  int left;
+  int top;  // of place 1
+};
+constexpr std::array<Block, kModeCount> kBlocks = {{
+    {modeNormal, {"Label32", "Normal:", {8, 40, 225, 17}}, "Label", 1, 8, 64},
+    {modeFrantic, {"Label33", "Frantic:", {240, 40, 225, 17}}, "Label", 11, 240, 64},
+    {modeRelaxing, {"Label34", "Relaxing:", {8, 304, 225, 17}}, "Label", 21, 8, 328},
+    {modeMarathon, {"Label31", "Marathon:", {240, 304, 225, 17}}, "m", 1, 240, 328},
+}};
+constexpr int kLineWidth = 225;
+constexpr int kLineHeight = 17;
+constexpr int kLineStep = 24;
+constexpr int kLeastLinePixels = 10;  // of a long line's font; what does not fit then is cut off
+
+using Lines = std::array<QLabel*, kPlaces>;
+
+class frmHighScores : public SmallWindow {
+ public:
+  frmHighScores() : SmallWindow(kWindow) {
+    AddLabel(*this, kHeading, kHeadingText);
+    for (std::size_t i = 0; i < kBlocks.size(); ++i)
+      AddBlock(kBlocks[i], lines_[i]);
+    auto* const OKButton = AddButton(*this, kOk, kPlainGrey);
+    OKButton->setDefault(true);
+    OKButton->installEventFilter(this);
+    connect(OKButton, &QPushButton::clicked, this, [this] {
+      RefreshHighScores();
+      hide();
+    });
+  }
+
+  void Load() { RefreshHighScores(); }
+
+ protected:
+  bool event(QEvent* event) override {
+    if (event->type() == QEvent::WindowActivate) AskForRefresh();
+    return SmallWindow::event(event);
+  }
+
+  // The window has the focus when its one control that takes it has.
+  bool eventFilter(QObject* control, QEvent* event) override {
+    if (event->type() == QEvent::FocusIn) AskForRefresh();
+    return SmallWindow::eventFilter(control, event);
+  }
+
+  // What a new caption repaints is no news of the files.
+  void paintEvent(QPaintEvent* event) override {
+    if (!ownPaint_.contains(event->rect())) AskForRefresh();
+  }
+
+ private:
+  void AddBlock(const Block& block, Lines& lines) {
+    AddLabel(*this, block.heading, kTableHeadingText);
+    for (int i = 0; i < kPlaces; ++i) {
+      const QByteArray name = block.linePrefix + QByteArray::number(block.firstNumber + i);
+      const Place place = {block.left, block.top + i * kLineStep, kLineWidth, kLineHeight};
+      lines[static_cast<std::size_t>(i)] =
+          AddLabel(*this, {name.constData(), "", place}, kLineText);
+    }
+  }
+
+  // The toolkit is in the midst of painting or of moving the focus, where events must not run. A
+  // request that comes while a refresh runs is met after it.
+  void AskForRefresh() {
+    QMetaObject::invokeMethod(this, &frmHighScores::RefreshWhenAsked, Qt::QueuedConnection);
+  }
+
+  void RefreshWhenAsked() {
+    if (refreshing_) {
+      askedMeanwhile_ = true;
+      return;
+    }
+    refreshing_ = true;
+    askedMeanwhile_ = false;
+    RefreshHighScores();
+    refreshing_ = false;
+    if (askedMeanwhile_) AskForRefresh();
+  }
+
+  // Lets events run after each name.
+  void RefreshHighScores() {
+    for (std::size_t i = 0; i < kBlocks.size(); ++i) {
+      ReadScores(kBlocks[i].mode);
+      for (int place = 1; place <= kPlaces; ++place)
+        SetCaption(*lines_[i][static_cast<std::size_t>(place - 1)],
+                   QString::fromStdString(TableLine(kBlocks[i].mode, place)));
+    }
+  }
+
+  void SetCaption(QLabel& line, const QString& caption) {
+    if (line.text() == caption) return;
+    ownPaint_ = line.geometry();
+    line.setText(caption);
+    line.setAccessibleName(caption);
+    FitFont(line, kLineText, kLeastLinePixels);
+    line.repaint();
+    ownPaint_ = QRect();
+  }
+
+  std::array<Lines, kModeCount> lines_;
+  QRect ownPaint_;
+  bool refreshing_ = false;
+  bool askedMeanwhile_ = false;
+};
+
+}  // namespace
+
+void ShowHighScores(QWidget* parent) {
+  Present(TheWindow<frmHighScores>(), parent);
+}
+
+}  // namespace glimmerfall

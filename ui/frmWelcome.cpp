@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: MIT
+#include "ui/frmWelcome.h"
+
+#include <QFocusEvent>
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+#include <QRadioButton>
+#include <array>
+
+#include "rules/basGameState.h"
+#include "ui/Layout.h"
+#include "ui/frmLearn.h"
+
+namespace glimmerfall {
+
+namespace {
+
+constexpr WindowLook kWindow = {"frmWelcome", "Norvane Games Presents...", 527, 315, kPlainGrey};
+
+// The picture holds the title, the heading and the words of the option buttons.
+constexpr Control kPicture = {"Image1", "", {8, 8, 512, 300}};
+constexpr QSize kPictureSize = {512, 300};
+constexpr QRgb kDark = qRgb(0, 0, 64);
+constexpr Control kTitle = {"Title", PROGRAM_TITLE, {16, 24, 296, 64}};
+constexpr Control kHeading = {"Heading", "Select Game Mode", {320, 16, 192, 32}};
+constexpr TextLook kTitleText = {FontFamily::Arial, 36, kWhite, Qt::AlignCenter, true};
+constexpr TextLook kHeadingText = {FontFamily::Arial, 15, kWhite, Qt::AlignCenter, true};
+constexpr TextLook kModeText = {FontFamily::Arial, 13.5, kWhite, Qt::AlignLeft | Qt::AlignVCenter};
+constexpr int kWordGap = 12;
+constexpr int kWordWidth = 140;
+
+struct ModeOption {
+  Control control;
+  const char* tooltip;
+  GameMode mode;
+};
+constexpr std::array<ModeOption, kModeCount> kOptions = {{
+    {{"Option1", "Normal", {328, 64, 17, 25}},
+     "Match 3 to earn points and time to match more.",
+     modeNormal},
+    {{"Option2", "Frantic", {328, 96, 17, 25}},
+     "Fast matching mode, start with 10 seconds and it goes down from there.",
+     modeFrantic},
+    {{"Option3", "Marathon", {328, 128, 17, 29}},
+     "You will have 3 minutes to score as much as you can.",
+     modeMarathon},
+    {{"Option4", "Relaxed", {328, 168, 17, 25}}, "No time limit, just matching", modeRelaxing},
+}};
+
+constexpr Control kLearn = {"Command2", "Learn to Play", {272, 280, 121, 25}};
+constexpr QRgb kLearnColour = qRgb(192, 255, 192);
+constexpr char kLearnTooltip[] = "Learn to play, it only takes a minute or two.";
+constexpr Control kStart = {"OKButton", "Start", {408, 280, 89, 25}};
+constexpr QRgb kStartColour = qRgb(255, 192, 192);
+constexpr QSize kButtonPictureSize = {120, 30};
+constexpr QColor kPressedShade = {0, 0, 0, 70};
+
+// A dot without a word. The toolkit would let Tab reach only the selected dot of a group; here it
+// visits each, in the order of the window.
+class ModeButton : public QRadioButton {
+ public:
+  using QRadioButton::QRadioButton;
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override {
+    QRadioButton::focusInEvent(event);
+    for (auto* const button : parentWidget()->findChildren<QRadioButton*>())
+      button->setFocusPolicy(Qt::StrongFocus);
+  }
+};
+
+// A picture with the edge of a button around it.
+class PictureButton : public QPushButton {
+ public:
+  PictureButton(QWidget* window, const QIcon& picture) : QPushButton(window), picture_(picture) {}
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    PaintPicture(*this, picture_, kButtonPictureSize);
+    QPainter painter(this);
+    if (isDown()) painter.fillRect(rect(), kPressedShade);
+    painter.setPen(QPen(hasFocus() ? Qt::white : Qt::black, hasFocus() ? 2 : 1));
+    const int inset = hasFocus() ? 1 : 0;
+    painter.drawRect(rect().adjusted(inset, inset, -1 - inset, -1 - inset));
+  }
+
+ private:
+  QIcon picture_;
+};
+
+QPushButton* AddPictureButton(QWidget& window, const Control& control, const char* file,
+                              QRgb colour) {
+  const QIcon picture = LoadPicture({file});
+  if (picture.isNull()) return AddButton(window, control, colour);
+  auto* const button = new PictureButton(&window, picture);
+  Put(*button, control);
+  return button;
+}
+
+QString DotStyle() {
+  return QString(
+             "QRadioButton { background: %1; padding-left: 1px; }"
+             "QRadioButton:focus { border: 1px dotted white; padding-left: 0; }")
+      .arg(QColor(kDark).name());
+}
+
+class frmWelcome : public SmallWindow {
+ public:
+  frmWelcome() : SmallWindow(kWindow) {
+    AddBackground();
+    for (std::size_t i = 0; i < kOptions.size(); ++i)
+      options_[i] = AddOption(kOptions[i]);
+    AddButtons();
+    SetTabOrder();
+    options_[0]->setChecked(true);
+  }
+
+  void Load() {}
+
+  /// Waits for the player; true for Start.
+  bool Ask(QWidget* parent) {
+    SetOwner(*this, parent);
+    OKButton->setFocus();
+    return exec() == QDialog::Accepted;
+  }
+
+  void Select(GameMode mode) {
+    for (std::size_t i = 0; i < kOptions.size(); ++i)
+      if (kOptions[i].mode == mode) options_[i]->setChecked(true);
+  }
+
+ private:
+  void AddBackground() {
+    const QIcon picture = LoadPicture({"chooser.png"});
+    auto* const Image1 = AddPicture(*this, kPicture, picture, kPictureSize, kTitleText);
+    if (!picture.isNull()) return;
+    Image1->setStyleSheet("background: " + QColor(kDark).name());
+    AddLabel(*this, kTitle, kTitleText);
+    AddLabel(*this, kHeading, kHeadingText);
+    for (const ModeOption& option : kOptions)
+      AddWord(option.control);
+  }
+
+  void AddWord(const Control& dot) {
+    Control word = dot;
+    word.name = "";
+    word.place.left += dot.place.width + kWordGap;
+    word.place.width = kWordWidth;
+    AddLabel(*this, word, kModeText);
+  }
+
+  QRadioButton* AddOption(const ModeOption& option) {
+    auto* const button = new ModeButton(this);
+    Put(*button, option.control);
+    button->setStyleSheet(DotStyle());
+    button->setToolTip(option.tooltip);
+    button->setFocusPolicy(Qt::StrongFocus);
+    connect(button, &QRadioButton::clicked, this, [mode = option.mode] { gameMode = mode; });
+    return button;
+  }
+
+  void AddButtons() {
+    Command2 = AddPictureButton(*this, kLearn, "buttonlearn.png", kLearnColour);
+    Command2->setToolTip(kLearnTooltip);
+    connect(Command2, &QPushButton::clicked, this, [this] { ShowLearnModal(this); });
+    OKButton = AddPictureButton(*this, kStart, "buttonstart.png", kStartColour);
+    OKButton->setDefault(true);
+    connect(OKButton, &QPushButton::clicked, this, &frmWelcome::OKButton_Click);
+  }
+
+  void SetTabOrder() {
+    const std::array<QWidget*, 6> order = {OKButton,    Command2,    options_[0],
+                                           options_[2], options_[1], options_[3]};
+    for (std::size_t i = 1; i < order.size(); ++i)
+      setTabOrder(order[i - 1], order[i]);
+  }
+
+  void OKButton_Click() {
+    accept();
+    for (std::size_t i = 0; i < kOptions.size(); ++i)
+      if (options_[i]->isChecked()) gameMode = kOptions[i].mode;
+  }
+
+  std::array<QRadioButton*, kModeCount> options_;
+  QPushButton* Command2;
+  QPushButton* OKButton;
+};
+
+}  // namespace
+
+bool ChooseMode(QWidget* parent) {
+  auto& window = TheWindow<frmWelcome>();
+  if (window.isVisible()) return false;
+  const GameMode before = gameMode;
+  if (window.Ask(parent)) return true;
+  gameMode = before;
+  window.Select(before);
+  return false;
+}
+
+}  // namespace glimmerfall
