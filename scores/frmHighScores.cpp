@@ -20,7 +20,7 @@ constexpr TextLook kHeadingText = {
     FontFamily::Verdana, 20.25, qRgb(192, 255, 192), Qt::AlignHCenter | Qt::AlignTop, true, true};
 constexpr TextLook kTableHeadingText = {FontFamily::Verdana, 9.75, qRgb(0, 0, 255),
                                         Qt::AlignLeft | Qt::AlignTop, true};
-constexpr TextLook kLineText = {FontFamily::Verdana, 9.75, kWhite, Qt::AlignLeft | Qt::AlignTop,
+constexpr TextLook kLineText = {FontFamily::Verdana, 9.75, kWhite, Qt::AlignLeft | Qt::AlignVCenter,
                                 true};
 constexpr Control kOk = {"OKButton", "OK", {208, 568, 81, 25}};
 

@@ -21,6 +21,7 @@ namespace {
 constexpr double kPixelsPerPoint = 96.0 / 72;
 constexpr int kLeastPixels = 7;  // of a font that is made smaller to fit
 constexpr int kButtonBorder = 2;
+constexpr int kWordMargin = 4;  // around words in a picture's place
 
 // Shades of a button's colour, in percent.
 constexpr int kBorderShade = 180;
@@ -138,7 +139,7 @@ QPushButton* AddButton(QWidget& window, const Control& control, QRgb colour) {
 }
 
 void FitFont(QLabel& label, const TextLook& look, int leastPixels) {
-  label.setFont(FittingFont(label.text(), label.size(), look, leastPixels));
+  label.setFont(FittingFont(label.text(), label.contentsRect().size(), look, leastPixels));
 }
 
 QIcon LoadPicture(std::initializer_list<const char*> files) {
@@ -159,6 +160,7 @@ void PaintPicture(QWidget& widget, const QIcon& picture, QSize size) {
 QLabel* AddPicture(QWidget& window, const Control& control, const QIcon& picture, QSize size,
                    const TextLook& look) {
   auto* const label = new PictureLabel(&window, picture, size);
+  label->setContentsMargins(kWordMargin, kWordMargin, kWordMargin, kWordMargin);
   SetUp(*label, control, look);
   return label;
 }

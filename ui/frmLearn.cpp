@@ -24,7 +24,7 @@ constexpr Control kPicture = {
     "The pieces change place and you score points!",
     {0, 0, 512, 511}};
 constexpr QSize kPictureSize = {512, 511};
-constexpr TextLook kWords = {FontFamily::Arial, 15, kWhite, Qt::AlignCenter | Qt::TextWordWrap};
+constexpr TextLook kWords = {FontFamily::Arial, 13.5, kWhite, Qt::AlignCenter | Qt::TextWordWrap};
 
 class frmLearn : public SmallWindow {
  public:

@@ -26,6 +26,7 @@ constexpr Control kVolume = {"VolSlider", "Music Volume", {16, 32, 42, 121}};
 constexpr Control kEffects = {"fxSlider", "Sound Effects Volume", {80, 32, 42, 121}};
 constexpr Control kReset = {"Command1", "Reset Scores", {152, 48, 81, 25}};
 constexpr Control kOk = {"OKButton", "OK", {152, 112, 81, 25}};
+constexpr QRgb kGrooveColour = qRgb(176, 208, 176);
 constexpr QRgb kButtonColour = qRgb(255, 192, 192);
 
 // The music's volume in hundredths of a decibel; silence lies beyond a gap.
@@ -52,6 +53,10 @@ QSlider* AddSlider(QWidget& window, const Control& control, int last, int largeS
   slider->setPageStep(largeStep);
   slider->setTickPosition(QSlider::TicksRight);
   slider->setTickInterval(1);
+  // The toolkit fills the groove above the handle, which here would grow as the sound gets softer.
+  QPalette colours = slider->palette();
+  colours.setColor(QPalette::Highlight, QColor(kGrooveColour));
+  slider->setPalette(colours);
   return slider;
 }
 

@@ -54,10 +54,13 @@ constexpr char kLearnTooltip[] = "Learn to play, it only takes a minute or two."
 constexpr Control kStart = {"OKButton", "Start", {408, 280, 89, 25}};
 constexpr QRgb kStartColour = qRgb(255, 192, 192);
 constexpr QSize kButtonPictureSize = {120, 30};
+constexpr QRgb kFocusColour = qRgb(255, 208, 96);
+constexpr double kRingRadius = 6.5;  // pixels, as is the next
+constexpr double kDotRadius = 3.5;
 constexpr QColor kPressedShade = {0, 0, 0, 70};
 
-// A dot without a word. The toolkit would let Tab reach only the selected dot of a group; here it
-// visits each, in the order of the window.
+// A dot without a word, light on dark in every style of the desktop. The toolkit would let Tab
+// reach only the selected dot of a group; here it visits each, in the order of the window.
 class ModeButton : public QRadioButton {
  public:
   using QRadioButton::QRadioButton;
@@ -67,6 +70,20 @@ class ModeButton : public QRadioButton {
     QRadioButton::focusInEvent(event);
     for (auto* const button : parentWidget()->findChildren<QRadioButton*>())
       button->setFocusPolicy(Qt::StrongFocus);
+  }
+
+  bool hitButton(const QPoint& point) const override { return rect().contains(point); }
+
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.fillRect(rect(), QColor(kDark));
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QPointF middle = QRectF(rect()).center();
+    painter.setPen(QPen(hasFocus() ? QColor(kFocusColour) : QColor(kWhite), hasFocus() ? 2 : 1));
+    painter.drawEllipse(middle, kRingRadius, kRingRadius);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(kWhite));
+    if (isChecked()) painter.drawEllipse(middle, kDotRadius, kDotRadius);
   }
 };
 
@@ -96,13 +113,6 @@ QPushButton* AddPictureButton(QWidget& window, const Control& control, const cha
   auto* const button = new PictureButton(&window, picture);
   Put(*button, control);
   return button;
-}
-
-QString DotStyle() {
-  return QString(
-             "QRadioButton { background: %1; padding-left: 1px; }"
-             "QRadioButton:focus { border: 1px dotted white; padding-left: 0; }")
-      .arg(QColor(kDark).name());
 }
 
 class frmWelcome : public SmallWindow {
@@ -153,7 +163,6 @@ class frmWelcome : public SmallWindow {
   QRadioButton* AddOption(const ModeOption& option) {
     auto* const button = new ModeButton(this);
     Put(*button, option.control);
-    button->setStyleSheet(DotStyle());
     button->setToolTip(option.tooltip);
     button->setFocusPolicy(Qt::StrongFocus);
     connect(button, &QRadioButton::clicked, this, [mode = option.mode] { gameMode = mode; });
