@@ -53,6 +53,8 @@ void Break(const std::string& name);
 // Sounds.
 /// Names of the effects in the order in which they were played.
 std::vector<std::string>& PlayedSounds();
+/// Called with the name of each effect at the moment it is played. Null ends it.
+void OnPlay(std::function<void(const std::string&)> listener);
 std::int32_t VolumeOf(const std::string& name);
 int LiveSoundBuffers();
 

@@ -28,6 +28,7 @@ struct Devices {
   std::map<std::string, Size> bitmapSizes;
   std::set<std::string> broken;
   std::vector<std::string> played;
+  std::function<void(const std::string&)> onPlay;
   std::map<std::string, std::int32_t> volumes;
   int liveBuffers = 0;
   std::vector<twin::MessageRecord> messages;
@@ -156,7 +157,10 @@ class TwinSoundBuffer : public platform::SoundBuffer {
 
   void SetVolume(std::int32_t hundredths) override { devices.volumes[name_] = hundredths; }
   void SetCurrentPosition(std::int32_t position) override { rewound_ = position == 0; }
-  void Play() override { devices.played.push_back(rewound_ ? name_ : name_ + " unrewound"); }
+  void Play() override {
+    devices.played.push_back(rewound_ ? name_ : name_ + " unrewound");
+    if (devices.onPlay) devices.onPlay(name_);
+  }
 
  private:
   std::string name_;
@@ -209,6 +213,9 @@ void Break(const std::string& name) {
 }
 std::vector<std::string>& PlayedSounds() {
   return devices.played;
+}
+void OnPlay(std::function<void(const std::string&)> listener) {
+  devices.onPlay = std::move(listener);
 }
 std::int32_t VolumeOf(const std::string& name) {
   return devices.volumes.at(name);

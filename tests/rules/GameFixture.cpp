@@ -3,13 +3,17 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdlib>
 #include <set>
 #include <sstream>
 
 #include "display/basBoardText.h"
 #include "display/basDirectDrawStuff.h"
+#include "rules/basGameClock.h"
+#include "rules/basHint.h"
 #include "rules/basMainGameLoop.h"
 #include "rules/basManipulatingGems.h"
+#include "rules/basNewGame.h"
 #include "sound/DXAudio.h"
 #include "sound/basDirectSoundStuff.h"
 #include "tests/platform/Twin.h"
@@ -60,6 +64,17 @@ void SetBoard(const std::string& kinds, int16 kindsDealt) {
   gameState = stateIdle;
 }
 
+// Equal kinds stand three columns and a row, or two columns and two rows apart.
+std::string QuietBoard(const std::vector<Patch>& patches) {
+  std::string digits;
+  for (int cell = 0; cell < 64; ++cell)
+    digits += static_cast<char>('0' + (cell % 8 + cell / 8 * 3) % 8);
+  for (const Patch& patch : patches)
+    for (const int cell : patch.cells)
+      digits[static_cast<std::size_t>(cell)] = static_cast<char>('0' + patch.kind);
+  return digits;
+}
+
 std::string BoardKinds() {
   std::string kinds;
   for (const BoardCell& cell : boardCells)
@@ -89,6 +104,41 @@ void PressAndRelease(float32 x, float32 y) {
   MouseDown(x, y);
   MouseUp();
   Click();
+}
+
+namespace {
+
+void PerformWord(const std::string& verb, int number) {
+  if (verb == "down") return MouseDown(MiddleX(number), MiddleY(number));
+  if (verb == "move") return MouseMove(MiddleX(number), MiddleY(number));
+  if (verb == "up") return MouseUp();
+  if (verb == "pick") return PressAndRelease(number);
+  if (verb == "click") return Click();
+  if (verb == "hint") return TakeHint();
+  if (verb == "pause") return TogglePause();
+  if (verb == "new") return NewGameAllowed() ? StartNewGame() : void();
+  ASSERT_EQ(verb, "frames");
+  for (int i = 0; i < number; ++i)
+    RunFrame();
+}
+
+}  // namespace
+
+void Perform(const std::string& words) {
+  std::istringstream stream(words);
+  std::string word;
+  while (stream >> word) {
+    const std::size_t digits = std::min(word.find_first_of("0123456789"), word.size());
+    PerformWord(word.substr(0, digits), std::atoi(word.c_str() + digits));
+  }
+}
+
+std::string TakeSounds() {
+  std::string names;
+  for (const std::string& file : twin::PlayedSounds())
+    names += (names.empty() ? "" : " ") + file.substr(0, file.find(".wav"));
+  twin::PlayedSounds().clear();
+  return names;
 }
 
 int RunFramesUntil(std::vector<GameState> states, int limit) {

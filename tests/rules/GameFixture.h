@@ -19,6 +19,15 @@ void StartScriptedGame(std::uint64_t seed = 1);
 /// order, in stateIdle.
 void SetBoard(const std::string& kinds, int16 kindsDealt = 8);
 
+/// Gives `kind` to `cells`.
+struct Patch {
+  int kind;
+  std::vector<int> cells;
+};
+
+/// Digits of a board of eight kinds that has neither a run nor a move, but for `patches`.
+std::string QuietBoard(const std::vector<Patch>& patches = {});
+
 std::string BoardKinds();
 std::vector<int> BoardIds();
 
@@ -29,6 +38,13 @@ float32 MiddleY(int cell);
 /// A press, a release and the click they make.
 void PressAndRelease(int cell);
 void PressAndRelease(float32 x, float32 y);
+
+/// Plays words such as "down12 move13 up pick12 hint pause new click frames5": the number of a word
+/// is the cell under the mouse, or how many frames to run. "pick" is press, release and click.
+void Perform(const std::string& words);
+
+/// The effects played since the last call, as "select badswap".
+std::string TakeSounds();
 
 /// Runs frames until the state is one of `states`, at most `limit`. Answers how many it ran.
 int RunFramesUntil(std::vector<GameState> states, int limit = 5000);
