@@ -17,6 +17,12 @@ constexpr std::int32_t TicksSince(std::int32_t start, std::int32_t now) {
                                    static_cast<std::uint32_t>(start));
 }
 
+/// The reading of TickCount `millis` after `start`, also across its wrap.
+constexpr std::int32_t TickAfter(std::int32_t start, std::int32_t millis) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(start) +
+                                   static_cast<std::uint32_t>(millis));
+}
+
 /// Wall-clock seconds since midnight, local time, 0 up to 86400. As a float32 it counts in steps of
 /// 8 ms late in the day, and it starts again from 0 at midnight.
 float Timer();

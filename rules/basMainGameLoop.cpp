@@ -75,7 +75,7 @@ void DrawScene() {
 
 void WaitForFrameEnd(int32 frameStart) {
   while (!newBoardWanted && platform::TicksSince(frameStart, platform::TickCount()) <= kFrameTicks)
-    platform::LetEventsRunUntil(frameStart + kFrameTicks + 1);
+    platform::LetEventsRunUntil(platform::TickAfter(frameStart, kFrameTicks + 1));
 }
 
 }  // namespace

@@ -69,7 +69,7 @@ void SetPaths() {
 [[noreturn]] void ServeMenusForever() {
   for (;;) {
     while (!newBoardWanted)
-      platform::LetEventsRunUntil(platform::TickCount() + kIdleNapTicks);
+      platform::LetEventsRunUntil(platform::TickAfter(platform::TickCount(), kIdleNapTicks));
     RunGameLoop();
   }
 }

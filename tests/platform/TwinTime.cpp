@@ -47,16 +47,20 @@ void RunTimer() {
   script.lastTimer = platform::Timer();
 }
 
-void RunPlaceEvents() {
+// Answers whether an event of this very place ran.
+bool RunPlaceEvents() {
   ++script.places;
+  bool ran = false;
   while (!script.placeEvents.empty() && script.placeEvents.begin()->first <= script.places) {
     const auto event = script.placeEvents.extract(script.placeEvents.begin()).mapped();
     event();
+    ran = true;
   }
-  if (!script.everyPlace || script.insideEveryPlace) return;
+  if (!script.everyPlace || script.insideEveryPlace) return ran;
   script.insideEveryPlace = true;
   script.everyPlace();
   script.insideEveryPlace = false;
+  return ran;
 }
 
 // Answers whether anything ran.
@@ -146,12 +150,12 @@ void LetEventsRun() {
 
 // Time passes in milliseconds, as it does for the game.
 void LetEventsRunUntil(std::int32_t tick) {
-  RunPlaceEvents();
-  while (!RunDueEvents() && TicksSince(script.tick, tick) > 0) {
+  const bool ran = RunPlaceEvents();
+  while (!RunDueEvents() && !ran && TicksSince(script.tick, tick) > 0) {
     if (script.timerEvent == nullptr && script.events.empty()) {
       script.tick = tick;
     } else {
-      ++script.tick;
+      script.tick = TickAfter(script.tick, 1);
     }
   }
 }

@@ -84,16 +84,18 @@ TEST_F(Deal, BreaksRunsInItsOrder) {
   level = 26;
   const std::vector<Patch> move = {{1, {56, 57, 59}}};
   std::vector<Patch> dealt = move;
-  dealt.push_back({5, {1, 2, 3, 4, 5}});
+  dealt.push_back({5, {1, 2, 3}});
+  dealt.push_back({2, {4, 5}});
   dealt.push_back({6, {7, 15, 23}});
   std::vector<int> draws;
   for (const char digit : QuietBoard(dealt))
     draws.push_back(digit - '0');
-  draws.insert(draws.end(), {5, 5, 2, 6, 1});
+  draws.insert(draws.end(), {5, 5, 2, 2, 7, 6, 1});
   twin::ScriptDraws(draws, 8);
   InitGameBoard();
   std::vector<Patch> expected = dealt;
   expected.push_back({2, {3}});
+  expected.push_back({7, {5}});
   expected.push_back({1, {23}});
   EXPECT_EQ(BoardKinds(), QuietBoard(expected));
   EXPECT_EQ(twin::ScriptedRndLeft(), 0U);

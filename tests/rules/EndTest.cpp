@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: MIT
+// The end of a level and of a game: shaking, flight, message, and what leads on.
+#include <algorithm>
+#include <set>
+
+#include "platform/Time.h"
+#include "rules/basEndOfGame.h"
+#include "rules/basMainGameLoop.h"
+#include "scores/basMiscelFunctions.h"
+#include "tests/platform/Twin.h"
+#include "tests/rules/GameFixture.h"
+
+namespace glimmerfall {
+namespace {
+
+int nameWindows = 0;
+
+class End : public GameTest {
+ protected:
+  void SetUp() override {
+    GameTest::SetUp();
+    SetBoard(QuietBoard());
+    gameState = stateShaking;
+    nameWindows = 0;
+    showNameWindow = [] { ++nameWindows; };
+  }
+  void TearDown() override {
+    showNameWindow = nullptr;
+    GameTest::TearDown();
+  }
+};
+
+// Two gems by scripted draws: one trembles far, one near at the very edge of the choice.
+TEST_F(End, ShakesEachGemOnItsOwnCell) {
+  Gem(9).pixY = -300;
+  Gem(9).pixX = 7;
+  twin::ScriptRnd({1501.5 / 3000, 0.99, 0.0, 1500.5 / 3000, 0.0, 0.99});
+  RunFrame();
+  EXPECT_EQ(Gem(0).pixX, 4);
+  EXPECT_EQ(Gem(0).pixY, 2);
+  EXPECT_EQ(Gem(1).pixX, 64 + 2);
+  EXPECT_EQ(Gem(1).pixY, 0);
+  std::set<int> offsets;
+  while (gameState == stateShaking) {
+    for (const CGem& gem : gems) {
+      offsets.insert(gem.pixX - gem.col * 64);
+      offsets.insert(gem.pixY - gem.row * 64);
+    }
+    RunFrame();
+  }
+  EXPECT_EQ(offsets, (std::set<int>{0, 1, 2, 3, 4}));
+}
+
+TEST_F(End, ThrowsByItsDraws) {
+  Perform("frames50");
+  EXPECT_EQ(gameState, stateShaking);
+  twin::ScriptRnd(std::vector<double>(std::size_t{64} * 3, 0.0));
+  twin::ScriptRnd({0.5, 0.2, 0.5, 0.49, 0.4, 0.0});
+  RunFrame();
+  EXPECT_EQ(gameState, stateFlyOut);
+  EXPECT_EQ(shakeFrames, 0);
+  EXPECT_EQ(Gem(0).flyAngle, 50);
+  EXPECT_EQ(Gem(0).flySpeed, 20);
+  EXPECT_EQ(Gem(1).flyAngle, 125);
+  EXPECT_EQ(Gem(1).flySpeed, 10);
+  EXPECT_EQ(Gem(1).flyX, 66);
+  EXPECT_EQ(Gem(1).flyY, 2);
+  std::set<std::pair<float32, float32>> throws;
+  for (const CGem& gem : gems)
+    throws.emplace(gem.flyAngle, gem.flySpeed);
+  EXPECT_EQ(throws.size(), 64U);
+  RunFrame();
+  for (const CGem& gem : gems) {
+    EXPECT_EQ(gem.pixX, gem.flyX);
+    EXPECT_EQ(gem.pixY, 576 - gem.flyY);
+  }
+}
+
+struct Throw {
+  int16 t;
+  float32 x;
+  float32 y;
+  float32 angle;
+  float32 speed;
+  int16 pixX;
+  int16 pixY;
+};
+
+TEST_F(End, FliesAlongItsParabola) {
+  constexpr Throw kThrows[] = {
+      {0, 258, 194, 60, 20, 258, 382},    {10, 64, 0, 60, 20, 164, 478},
+      {63, 448, 450, 120, 10, 133, 2557}, {10, 0, 0, 90, 10, 0, 551},
+      {1, 0, 0.25F, 90, 10, 0, 566},      {1, 0, 1.25F, 90, 10, 0, 566},
+  };
+  EXPECT_EQ(FlyY(10, 1.57079632679F, 10), 25);
+  for (const Throw& thrown : kThrows) {
+    CGem& gem = Gem(5);
+    gem.flyX = thrown.x;
+    gem.flyY = thrown.y;
+    gem.flyAngle = thrown.angle;
+    gem.flySpeed = thrown.speed;
+    spiralFrames = thrown.t;
+    FlyOutStep();
+    EXPECT_EQ(gem.pixX, thrown.pixX) << "t " << thrown.t;
+    EXPECT_EQ(gem.pixY, thrown.pixY) << "t " << thrown.t;
+  }
+}
+
+TEST_F(End, TakesItsFramesAndSounds) {
+  for (const Flag won : {kFalse, kTrue}) {
+    SetBoard(QuietBoard());
+    gameState = stateShaking;
+    levelWon = levelWonSound = won;
+    EXPECT_EQ(RunFramesUntil({stateFlyOut}), 51);
+    EXPECT_EQ(TakeSounds(), won == kTrue ? "gameoverlevel" : "explode");
+    Perform("pick9 down9 move10 up hint new");
+    EXPECT_EQ(RunFramesUntil({stateEndMessage}), 64);
+    EXPECT_EQ(TakeSounds(), won == kTrue ? "excellent" : "gameover");
+    EXPECT_EQ(levelWonSound, kFalse);
+    EXPECT_EQ(levelWon, won);
+    EXPECT_EQ(spiralFrames, 0);
+  }
+}
+
+// Runs a frame of the message in which a click comes after each of `waits` milliseconds.
+void ShowMessageWithClicks(const std::vector<int>& waits) {
+  gameState = stateEndMessage;
+  const int32 start = platform::TickCount();
+  for (const int wait : waits)
+    twin::ScheduleAt(start + wait, [] { PressAndRelease(20); });
+  RunFrame();
+}
+
+TEST_F(End, MessageIsPlacedFromTheSizeOfTheScore) {
+  for (const Flag won : {kFalse, kTrue}) {
+    score = 1234;
+    level = 2;
+    levelWon = won;
+    newBoardWanted = false;
+    twin::LogDrawing(true);
+    ShowMessageWithClicks({600});
+    twin::LogDrawing(false);
+    std::vector<std::string> shown;
+    for (const std::string& line : twin::DrawingLog()) {
+      if (line.starts_with("Text") || line.starts_with("ForeColor")) shown.push_back(line);
+      if (line.starts_with("Blt screen 100,100,612,676 back 0,0,512,576")) break;
+    }
+    twin::DrawingLog().clear();
+    std::vector<std::string> expected = {
+        "ForeColor 200", "Text 170,270 Score: 1234", "ForeColor 61440", "Text 168,268 Score: 1234",
+        "ForeColor 200", "Text 170,220 Level: 1",    "ForeColor 61440", "Text 168,218 Level: 1"};
+    if (won == kTrue)
+      expected.insert(expected.end(), {"ForeColor 200", "Text 145,370 Click to Continue",
+                                       "ForeColor 61440", "Text 143,368 Click to Continue"});
+    EXPECT_EQ(shown, expected);
+  }
+}
+
+// The last time lies so close to midnight that the half second runs across it.
+TEST_F(End, ClicksInTheFirstHalfSecondAreLost) {
+  for (const double time : {43200.0, 3600.0, 86399.8}) {
+    SCOPED_TRACE(time);
+    twin::SetTimer(time);
+    levelWon = kTrue;
+    newBoardWanted = false;
+    const int32 start = platform::TickCount();
+    ShowMessageWithClicks({0, 100, 480, 530});
+    EXPECT_EQ(platform::TickCount() - start, 530);
+    EXPECT_TRUE(newBoardWanted);
+    EXPECT_EQ(levelWon, kFalse);
+    EXPECT_EQ(nameWindows, 0);
+  }
+}
+
+TEST_F(End, LostGameAsksForTheHighScoreOnceAndStays) {
+  score = 10;
+  for (int i = 0; i < 3; ++i) {
+    ShowMessageWithClicks({600});
+    EXPECT_EQ(gameState, stateEndMessage);
+    EXPECT_FALSE(newBoardWanted);
+    EXPECT_EQ(nameWindows, 1);
+  }
+  EXPECT_EQ(highScoreChecked, kTrue);
+  Perform("new");
+  EXPECT_TRUE(newBoardWanted);
+}
+
+TEST_F(End, HighScoreIsLookedAtAfterTheHalfSecond) {
+  score = 10;
+  int before = -1;
+  twin::ScheduleAt(platform::TickCount() + 450, [&] { before = nameWindows; });
+  ShowMessageWithClicks({600});
+  EXPECT_EQ(before, 0);
+  EXPECT_EQ(nameWindows, 1);
+}
+
+// In the deaf half second, and in the wait for the click; after a won level and a lost game.
+TEST_F(End, NewGameLeadsOutOfBothWaits) {
+  for (const int wait : {200, 900}) {
+    for (const Flag won : {kFalse, kTrue}) {
+      SCOPED_TRACE(testing::Message() << wait << " won " << won);
+      newBoardWanted = false;
+      gameState = stateEndMessage;
+      levelWon = won;
+      highScoreChecked = kFalse;
+      nameWindows = 0;
+      score = 10;
+      level = 7;
+      const int32 start = platform::TickCount();
+      twin::ScheduleAt(start + wait, [] { Perform("new"); });
+      RunFrame();
+      EXPECT_EQ(platform::TickCount() - start, wait);
+      EXPECT_TRUE(newBoardWanted);
+      EXPECT_EQ(levelWon, kFalse);
+      EXPECT_EQ(score, 0);
+      EXPECT_EQ(level, 1);
+      EXPECT_EQ(nameWindows, won == kFalse && wait == 900 ? 1 : 0);
+    }
+  }
+}
+
+TEST_F(End, ClickAfterAWonLevelDealsTheNextBoard) {
+  level = 3;
+  score = 900;
+  levelWon = kTrue;
+  int clicked = 0;
+  twin::OnEveryPlace([&] {
+    if (gameState == stateDealing && clicked == 0) {
+      gameState = stateEndMessage;
+      clicked = 1;
+    } else if (gameState == stateEndMessage) {
+      Perform("click");
+    } else if (clicked == 1 && !newBoardWanted) {
+      quitRequested = kTrue;
+    }
+  });
+  RunGameLoop();
+  EXPECT_EQ(gameState, stateDealing);
+  EXPECT_EQ(level, 3);
+  EXPECT_EQ(score, 900);
+  EXPECT_EQ(Gem(63).pixY, -64 + 20);
+}
+
+}  // namespace
+}  // namespace glimmerfall
