@@ -22,7 +22,14 @@
 #include "rules/basMainGameLoop.h"
 #include "rules/basManipulatingGems.h"
 #include "rules/basNewGame.h"
+#include "scores/frmHSName.h"
+#include "scores/frmHighScores.h"
 #include "sound/basDirectSoundStuff.h"
+#include "sound/basDirectSoundStuff.h"
+#include "ui/frmAbout.h"
+#include "ui/frmLearn.h"
+#include "ui/frmOptions.h"
+#include "ui/frmWelcome.h"
 
 namespace glimmerfall {
 
@@ -97,6 +104,7 @@ void frmMain::Load() {
   SetPaths();
   frmMainHandle = static_cast<QWidget*>(this);
   picBoardHandle = picBoard;
+  UseNameWindow(this);
   mainWindowFont = {"Arial", kBoardFontPixels};
   gameState = stateLoading;
   platform::StartTimer(ForwardTimer);
@@ -182,7 +190,9 @@ void frmMain::CenterOnScreen() {
 }
 
 void frmMain::mnuNewGame_Click() {
-  if (!NewGameAllowed()) return;
+  // The clock of the game in progress goes on behind the chooser; whatever it does there, the
+  // player's choice stands.
+  if (!NewGameAllowed() || !ChooseMode(this)) return;
   StartNewGame();
   mnuPause->setChecked(paused != kFalse);
 }
@@ -201,16 +211,24 @@ void frmMain::mnuHint_Click() {
   TakeHint();
 }
 
-void frmMain::mnuHighScores_Click() {}
+void frmMain::mnuHighScores_Click() {
+  ShowHighScores(this);
+}
 
 void frmMain::mnuQuit_Click() {
   close();
 }
 
-void frmMain::mnuOptions_Click() {}
+void frmMain::mnuOptions_Click() {
+  ShowOptions(this);
+}
 
-void frmMain::mnuHowToPlay_Click() {}
+void frmMain::mnuHowToPlay_Click() {
+  ShowLearn(this);
+}
 
-void frmMain::mnuAbout_Click() {}
+void frmMain::mnuAbout_Click() {
+  ShowAbout(this);
+}
 
 }  // namespace glimmerfall

@@ -9,6 +9,7 @@
 #include "platform/desktop/Media.h"
 #include "rules/basGameState.h"
 #include "ui/frmMain.h"
+#include "ui/frmWelcome.h"
 
 namespace {
 
@@ -42,6 +43,7 @@ int main(int argc, char** argv) {
   QApplication::setWindowIcon(ProgramIcon());
 
   glimmerfall::ResetGameState();
+  if (!glimmerfall::ChooseMode(nullptr)) platform::EndProgram(0);
   glimmerfall::frmMain window;
   window.Load();
 }

@@ -25,6 +25,7 @@ MODE_KEYS = {"Normal": (336, 76), "Frantic": (336, 108), "Marathon": (336, 142),
 CHOOSER = "Norvane Games Presents..."
 MAIN = "Glintworks"
 SAMPLE_RATE = 44100
+DEAL_REST = 0.8  # seconds from the last gem's landing to the end of the deal, and a little more
 
 
 def wait_for(what, condition, patience=PATIENCE, step=0.02):
@@ -89,7 +90,7 @@ class Desktop:
         assert number, "the screen in memory did not start"
         self.display = ":" + number
         self.env["DISPLAY"] = self.display
-        self.spawn("openbox")
+        self.spawn("openbox", stdout=subprocess.DEVNULL)
         wait_for("the window manager",
                  lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK", check=False))
 
@@ -116,9 +117,10 @@ class Desktop:
 
     def place(self, window):
         """Left, top, width and height of a window's client area."""
-        lines = self.run("xdotool", "getwindowgeometry", "--shell", str(window)).split()
-        fields = dict(line.split("=") for line in lines if "=" in line)
-        return tuple(int(fields[k]) for k in ("X", "Y", "WIDTH", "HEIGHT"))
+        lines = self.run("xwininfo", "-id", str(window)).splitlines()
+        fields = dict(line.strip().split(": ", 1) for line in lines if ": " in line)
+        names = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+        return tuple(int(fields[name]) for name in names)
 
     def move(self, x, y):
         self.run("xdotool", "mousemove", str(round(x)), str(round(y)))
@@ -151,11 +153,10 @@ class Recording:
 def loudest(samples, window=0.05):
     """Level of the loudest stretch of `window` seconds, in dB below full scale (RMS)."""
     size = int(window * SAMPLE_RATE)
-    count = len(samples) // size
-    if count == 0:
+    energy = np.concatenate([[0.0], np.cumsum((samples**2).mean(axis=1))])
+    if len(energy) <= size:
         return -200.0
-    blocks = samples[: count * size].reshape(count, -1)
-    return 20 * np.log10(max(np.sqrt((blocks**2).mean(axis=1)).max(), 1e-10))
+    return 10 * np.log10(max((energy[size:] - energy[:-size]).max() / size, 1e-20))
 
 
 class Game:
@@ -171,7 +172,7 @@ class Game:
         self.process = None
 
     def start(self, command=()):
-        self.process = self.desktop.spawn(*command, str(self.folder / "glimmerfall"), stderr=subprocess.PIPE)
+        self.process = self.desktop.spawn(*command, str(self.folder / "glimmerfall"))
         return self
 
     def choose(self, mode):
@@ -190,6 +191,7 @@ class Game:
         self.choose(mode)
         self.desktop.window(MAIN)
         self.at_rest()
+        time.sleep(DEAL_REST)
         return self
 
     def place(self):
@@ -227,7 +229,7 @@ class Game:
     def swap(self, a, b):
         self.click(a)
         self.click(b)
-        self.desktop.move(*[c - 5000 for c in self.point(0)])
+        self.desktop.move(2, 2)
 
     def drag(self, a, b):
         ax, ay = self.point(a)
@@ -235,7 +237,7 @@ class Game:
         self.desktop.run("xdotool", "mousemove", str(round(ax)), str(round(ay)), "mousedown", "1",
                          "mousemove", str(round((ax + bx) / 2)), str(round((ay + by) / 2)),
                          "mousemove", str(round(bx)), str(round(by)), "mouseup", "1")
-        self.desktop.move(*[c - 5000 for c in self.point(0)])
+        self.desktop.move(2, 2)
 
     def ended(self, patience=PATIENCE):
         """The exit code, once the program has ended."""

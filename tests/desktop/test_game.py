@@ -86,7 +86,7 @@ class Playing(RealProgram):
     def test_a_picked_gem_shows_its_target(self):
         quiet = np.asarray(self.game.grab()).astype(int)
         self.game.click(0)
-        self.game.desktop.move(5, 5)
+        self.desktop.move(2, 2)
         time.sleep(0.3)
         rim = np.abs(np.asarray(self.game.grab()).astype(int) - quiet)[:64, :64]
         rim[6:58, 6:58] = 0
