@@ -42,8 +42,8 @@ instr 1
   iFreq  = cpspch(p4)
   iLevel = ampdbfs(p5)
   iTail  = p3 - .004
-  a1 Partial iFreq * .9994, iLevel * .52, .004, iTail
-  a2 Partial iFreq * 1.0006, iLevel * .48, .004, iTail
+  a1 Partial iFreq * .9994, iLevel * .76, .004, iTail
+  a2 Partial iFreq * 1.0006, iLevel * .22, .004, iTail
   a3 Partial iFreq * 2, iLevel * .34, .003, iTail * .62
   a4 Partial iFreq * 3, iLevel * .15, .002, iTail * .40
   a5 Partial iFreq * 4, iLevel * .12, .002, iTail * .26
@@ -57,8 +57,8 @@ instr 2
   iLevel = ampdbfs(p5)
   iTail  = p3 - .006
   a1 Partial iFreq * .5, iLevel * .20, .020, iTail * .9
-  a2 Partial iFreq * .9992, iLevel * .45, .006, iTail
-  a3 Partial iFreq * 1.0008, iLevel * .45, .006, iTail * .94
+  a2 Partial iFreq * .9992, iLevel * .66, .006, iTail
+  a3 Partial iFreq * 1.0008, iLevel * .22, .006, iTail * .94
   a4 Partial iFreq * 2, iLevel * .40, .004, iTail * .70
   a5 Partial iFreq * 3, iLevel * .22, .003, iTail * .45
   a6 Partial iFreq * 4, iLevel * .16, .003, iTail * .32

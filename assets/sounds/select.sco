@@ -1,8 +1,9 @@
 ; SPDX-License-Identifier: MIT
-; A gem is picked up: one light tap on glass.
+; A gem is picked up: one light tap on glass, with a glint above it.
 ;i start dur  pitch level place
-i1 0     .30  9.09  -8    .46
-i1 .035  .32  10.02 -13   .56
-i3 0     .10  9.02  -14   .50
-i99 0    .42  -1.6  .45 .15
+i1 0     .30  9.09  -9    .46
+i1 .025  .32  10.02 -11   .56
+i1 .025  .26  10.09 -14   .52
+i3 0     .10  9.02  -15   .50
+i99 0    .42  -2.2  .45 .15
 e
