@@ -1,0 +1,714 @@
+// SPDX-License-Identifier: MIT
+// The small windows on real widgets without a screen: what stands where, what a player's mouse and
+// keys do, and what the windows ask of the rest of the game. The platform beneath is the scripted
+// one; where it lets events run, the toolkit's run.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QSlider>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <fstream>
+
+#include "rules/basGameState.h"
+#include "scores/basMiscelFunctions.h"
+#include "scores/basScoreTables.h"
+#include "scores/frmHSName.h"
+#include "scores/frmHighScores.h"
+#include "sound/DXAudio.h"
+#include "tests/platform/Twin.h"
+#include "ui/Layout.h"
+#include "ui/frmAbout.h"
+#include "ui/frmLearn.h"
+#include "ui/frmOptions.h"
+#include "ui/frmWelcome.h"
+
+namespace glimmerfall {
+namespace {
+
+QWidget* FindWindow(const QString& name) {
+  for (QWidget* const window : QApplication::topLevelWidgets())
+    if (window->objectName() == name) return window;
+  return nullptr;
+}
+
+void LetToolkitRun() {
+  for (int i = 0; i < 3; ++i)
+    QApplication::processEvents();
+}
+
+class WindowsTest : public testing::Test {
+ protected:
+  WindowsTest() {
+    twin::Reset();
+    twin::SetProgramFolder(folder_.path().toStdString());
+    twin::OnEveryPlace([] { QApplication::processEvents(); });
+    ResetGameState();
+    ResetScoreTables();
+    UseNameWindow(nullptr);
+  }
+  ~WindowsTest() override {
+    CloseAllWindows();
+    LetToolkitRun();
+  }
+
+  QWidget& Window(const QString& name) {
+    QWidget* const window = FindWindow(name);
+    if (window == nullptr) throw std::runtime_error("no window " + name.toStdString());
+    return *window;
+  }
+
+  template <typename Widget = QWidget>
+  Widget& Find(const QString& window, const QString& name) {
+    auto* const widget = Window(window).findChild<Widget*>(name);
+    if (widget == nullptr) throw std::runtime_error("no control " + name.toStdString());
+    return *widget;
+  }
+
+  void Click(const QString& window, const QString& name) {
+    QTest::mouseClick(&Find(window, name), Qt::LeftButton);
+    LetToolkitRun();
+  }
+
+  /// Opens the chooser, lets `player` act on it, and answers whether a game was started.
+  bool Choose(const std::function<void()>& player) {
+    QTimer::singleShot(0, [&] {
+      LetToolkitRun();
+      player();
+      if (QWidget* const window = FindWindow("frmWelcome"); window->isVisible()) {
+        ADD_FAILURE() << "the chooser is still open";
+        window->hide();
+      }
+    });
+    return ChooseMode(nullptr);
+  }
+
+  QRadioButton& Option(int number) {
+    return Find<QRadioButton>("frmWelcome", "Option" + QString::number(number));
+  }
+
+  void PressKey(Qt::Key key) {
+    QTest::keyClick(QApplication::focusWidget(), key);
+    LetToolkitRun();
+  }
+
+  void OpenAll() {
+    ShowHighScores(nullptr);
+    ShowOptions(nullptr);
+    ShowLearn(nullptr);
+    ShowAbout(nullptr);
+    showNameWindow();
+    Choose([&] { PressKey(Qt::Key_Escape); });
+    LetToolkitRun();
+  }
+
+  void StoreName(int place, const std::string& bytes) {
+    std::ofstream(NameFile(modeNormal, place), std::ios::binary) << bytes;
+  }
+
+  std::string Line(const QString& name) {
+    return Find<QLabel>("frmHighScores", name).text().toStdString();
+  }
+
+  void SavePicture(const QString& name, QSize size, Qt::GlobalColor colour) {
+    QDir(folder_.path()).mkdir("images");
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(colour);
+    ASSERT_TRUE(image.save(folder_.filePath("images/" + name)));
+  }
+
+  QColor PixelAt(const QString& window, QPoint place) {
+    QWidget& widget = Window(window);
+    const QImage image = widget.grab().toImage();
+    return image.pixelColor(place * widget.devicePixelRatioF());
+  }
+
+  QTemporaryDir folder_;
+};
+
+struct WindowRow {
+  const char* name;
+  const char* caption;
+  QSize size;
+  QRgb background;
+  QPoint bare;  // a place without a control
+};
+const std::vector<WindowRow> kWindows = {
+    {"frmWelcome", "Norvane Games Presents...", {527, 315}, qRgb(224, 224, 224), {3, 3}},
+    {"frmOptions", "Options Menu", {240, 168}, qRgb(192, 255, 192), {230, 5}},
+    {"frmLearn", "Learn to Play...", {512, 512}, qRgb(0, 0, 64), {2, 511}},
+    {"frmAbout", "About Glimmerfall", {382, 206}, qRgb(240, 240, 240), {150, 20}},
+    {"frmHighScores", "High Scores...", {484, 602}, qRgb(0, 128, 0), {3, 590}},
+    {"frmHSName", "Login", {313, 69}, qRgb(128, 0, 0), {5, 5}},
+};
+
+struct ControlRow {
+  const char* window;
+  const char* name;
+  QRect place;
+  const char* text;  // of a label or a button; null where there is none
+};
+const std::vector<ControlRow> kControls = {
+    {"frmWelcome", "Image1", {8, 8, 512, 300}, nullptr},
+    {"frmWelcome", "Option1", {328, 64, 17, 25}, ""},
+    {"frmWelcome", "Option2", {328, 96, 17, 25}, ""},
+    {"frmWelcome", "Option3", {328, 128, 17, 29}, ""},
+    {"frmWelcome", "Option4", {328, 168, 17, 25}, ""},
+    {"frmWelcome", "Command2", {272, 280, 121, 25}, "Learn to Play"},
+    {"frmWelcome", "OKButton", {408, 280, 89, 25}, "Start"},
+    {"frmOptions", "Label2", {0, 0, 81, 25}, "Music Volume"},
+    {"frmOptions", "VolSlider", {16, 32, 42, 121}, nullptr},
+    {"frmOptions", "Label1", {80, 0, 81, 25}, "Sound Effects Volume"},
+    {"frmOptions", "fxSlider", {80, 32, 42, 121}, nullptr},
+    {"frmOptions", "Label3", {128, 40, 17, 17}, "On"},
+    {"frmOptions", "Label4", {128, 128, 25, 17}, "Off"},
+    {"frmOptions", "Command1", {152, 48, 81, 25}, "Reset Scores"},
+    {"frmOptions", "OKButton", {152, 112, 81, 25}, "OK"},
+    {"frmLearn", "Image4", {0, 0, 512, 511}, nullptr},
+    {"frmLearn", "OKButton", {400, 480, 81, 25}, "OK"},
+    {"frmAbout", "picIcon", {8, 8, 132, 132}, nullptr},
+    {"frmAbout", "lblTitle", {160, 40, 187, 64}, "Glimmerfall"},
+    {"frmAbout", "lblVersion", {160, 128, 187, 15}, "Version 1.0.0"},
+    {"frmAbout", "lblDisclaimer", {17, 175, 258, 23}, "Warning: ... this game is addictive."},
+    {"frmAbout", "cmdOK", {283, 175, 84, 23}, "OK"},
+    {"frmHighScores", "Label99", {8, 0, 465, 33}, "High Scores:"},
+    {"frmHighScores", "Label32", {8, 40, 225, 17}, "Normal:"},
+    {"frmHighScores", "Label33", {240, 40, 225, 17}, "Frantic:"},
+    {"frmHighScores", "Label34", {8, 304, 225, 17}, "Relaxing:"},
+    {"frmHighScores", "Label31", {240, 304, 225, 17}, "Marathon:"},
+    {"frmHighScores", "OKButton", {208, 568, 81, 25}, "OK"},
+    {"frmHighScores", "Label1", {8, 64, 225, 17}, " 1 -- Norvane Games -- 100"},
+    {"frmHighScores", "Label10", {8, 280, 225, 17}, "10 -- Norvane Games -- 100"},
+    {"frmHighScores", "Label11", {240, 64, 225, 17}, " 1 -- Norvane Games -- 100"},
+    {"frmHighScores", "Label20", {240, 280, 225, 17}, "10 -- Norvane Games -- 100"},
+    {"frmHighScores", "Label21", {8, 328, 225, 17}, " 1 -- Norvane Games -- 100"},
+    {"frmHighScores", "Label30", {8, 544, 225, 17}, "10 -- Norvane Games -- 100"},
+    {"frmHighScores", "m1", {240, 328, 225, 17}, " 1 -- Norvane Games -- 100"},
+    {"frmHighScores", "m10", {240, 544, 225, 17}, "10 -- Norvane Games -- 100"},
+    {"frmHSName", "lblLabels", {0, 48, 88, 17}, "Enter Your Name:"},
+    {"frmHSName", "txtUserName", {88, 40, 155, 23}, nullptr},
+    {"frmHSName", "cmdOK", {248, 40, 60, 26}, "OK"},
+    {"frmHSName", "Label1", {24, 8, 273, 25}, "You got a HIGH SCORE!!!"},
+};
+
+std::string TextOf(const QWidget& widget) {
+  return widget.property("text").toString().toStdString();
+}
+
+TEST_F(WindowsTest, EveryWindowStandsAsItsTableSays) {
+  OpenAll();
+  for (const WindowRow& row : kWindows) {
+    SCOPED_TRACE(row.name);
+    QWidget& window = Window(row.name);
+    EXPECT_EQ(window.windowTitle(), row.caption);
+    EXPECT_EQ(window.size(), row.size);
+    EXPECT_EQ(window.minimumSize(), window.maximumSize());
+    EXPECT_EQ(PixelAt(row.name, row.bare).rgb(), row.background);
+    const QPoint off = window.geometry().center() - window.screen()->availableGeometry().center();
+    EXPECT_LE(off.manhattanLength(), 2);
+  }
+  for (const ControlRow& row : kControls) {
+    SCOPED_TRACE(std::string(row.window) + ' ' + row.name);
+    const auto& control = Find(row.window, row.name);
+    EXPECT_EQ(control.geometry(), row.place);
+    EXPECT_FALSE(control.accessibleName().isEmpty());
+    if (row.text == nullptr) continue;
+    EXPECT_EQ(TextOf(control), row.text);
+  }
+}
+
+TEST_F(WindowsTest, EveryTextFitsItsControl) {
+  OpenAll();
+  int texts = 0;
+  for (const WindowRow& row : kWindows) {
+    for (auto* const label : Window(row.name).findChildren<QLabel*>()) {
+      const int flags = static_cast<int>(label->alignment()) |
+                        (label->wordWrap() ? static_cast<int>(Qt::TextWordWrap) : 0);
+      const QRect room = label->contentsRect();
+      const QRect text = label->fontMetrics().boundingRect(room, flags, label->text());
+      EXPECT_TRUE(room.contains(text)) << label->text().toStdString();
+      ++texts;
+    }
+    for (auto* const button : Window(row.name).findChildren<QPushButton*>()) {
+      const QSize text = button->fontMetrics().size(Qt::TextSingleLine, button->text());
+      EXPECT_LE(text.width(), button->width() - 4) << button->text().toStdString();
+      EXPECT_LE(text.height(), button->height() - 4) << button->text().toStdString();
+      ++texts;
+    }
+  }
+  EXPECT_GT(texts, 70);
+}
+
+TEST_F(WindowsTest, ButtonsAndTextsHaveTheColoursOfTheirTables) {
+  OpenAll();
+  QApplication::setActiveWindow(nullptr);
+  const std::vector<std::tuple<const char*, QPoint, QRgb>> buttons = {
+      {"frmWelcome", {276, 292}, qRgb(192, 255, 192)},
+      {"frmWelcome", {412, 292}, qRgb(255, 192, 192)},
+      {"frmWelcome", {330, 66}, qRgb(0, 0, 64)},
+      {"frmOptions", {156, 60}, qRgb(255, 192, 192)},
+      {"frmOptions", {156, 124}, qRgb(255, 192, 192)},
+      {"frmLearn", {404, 492}, qRgb(128, 255, 128)},
+      {"frmHSName", {252, 53}, qRgb(224, 224, 224)},
+  };
+  for (const auto& [window, place, colour] : buttons)
+    EXPECT_EQ(PixelAt(window, place).rgb(), colour) << window << ' ' << place.x();
+  const auto colourOf = [&](const char* window, const char* label) {
+    return Find(window, label).palette().color(QPalette::WindowText).rgb();
+  };
+  EXPECT_EQ(colourOf("frmHighScores", "Label99"), qRgb(192, 255, 192));
+  EXPECT_EQ(colourOf("frmHighScores", "Label31"), qRgb(0, 0, 255));
+  EXPECT_EQ(colourOf("frmHighScores", "m5"), qRgb(255, 255, 255));
+  EXPECT_EQ(colourOf("frmHSName", "lblLabels"), qRgb(255, 255, 255));
+  EXPECT_EQ(colourOf("frmHSName", "Label1"), qRgb(0, 255, 0));
+  EXPECT_EQ(colourOf("frmAbout", "lblTitle"), qRgb(0, 0, 0));
+}
+
+TEST_F(WindowsTest, FontsAreSizedInPixelsAndOnlyMadeSmallerToFit) {
+  OpenAll();
+  const auto font = [&](const char* window, const char* label) {
+    return Find(window, label).font();
+  };
+  EXPECT_EQ(font("frmHighScores", "Label99").pixelSize(), 27);
+  EXPECT_TRUE(font("frmHighScores", "Label99").italic());
+  EXPECT_EQ(font("frmHighScores", "m3").pixelSize(), 13);
+  EXPECT_TRUE(font("frmHighScores", "m3").bold());
+  EXPECT_EQ(font("frmHighScores", "m3").families().first(), "Verdana");
+  EXPECT_EQ(font("frmAbout", "lblTitle").pixelSize(), 19);
+  EXPECT_EQ(font("frmAbout", "lblTitle").families().first(), "Arial");
+  EXPECT_LE(font("frmHSName", "Label1").pixelSize(), 21);
+}
+
+TEST_F(WindowsTest, StartIsTakenAsItStands) {
+  EXPECT_TRUE(Choose([&] {
+    EXPECT_TRUE(Option(1).isChecked());
+    PressKey(Qt::Key_Return);
+  }));
+  EXPECT_EQ(gameMode, modeNormal);
+  EXPECT_FALSE(Window("frmWelcome").isVisible());
+}
+
+TEST_F(WindowsTest, AnOptionChoosesItsModeAtOnceAndStaysForTheNextGame) {
+  const std::vector<std::tuple<int, GameMode, const char*, const char*>> options = {
+      {2, modeFrantic, "Frantic",
+       "Fast matching mode, start with 10 seconds and it goes down from there."},
+      {3, modeMarathon, "Marathon", "You will have 3 minutes to score as much as you can."},
+      {4, modeRelaxing, "Relaxed", "No time limit, just matching"},
+      {1, modeNormal, "Normal", "Match 3 to earn points and time to match more."},
+  };
+  for (const auto& [number, mode, word, tooltip] : options) {
+    EXPECT_TRUE(Choose([&, number = number, mode = mode, word = word, tooltip = tooltip] {
+      EXPECT_EQ(Option(number).accessibleName(), word);
+      EXPECT_EQ(Option(number).toolTip(), tooltip);
+      QTest::mouseClick(&Option(number), Qt::LeftButton, {}, QPoint(15, 2));
+      EXPECT_EQ(gameMode, mode);
+      Click("frmWelcome", "OKButton");
+    }));
+    EXPECT_EQ(gameMode, mode);
+    EXPECT_TRUE(Option(number).isChecked());
+  }
+  EXPECT_EQ(Find("frmWelcome", "Command2").toolTip(),
+            "Learn to play, it only takes a minute or two.");
+  EXPECT_EQ(Find("frmWelcome", "OKButton").toolTip(), "");
+}
+
+TEST_F(WindowsTest, AClosedChooserLeavesTheModeAsItWas) {
+  gameMode = modeNormal;
+  EXPECT_TRUE(Choose([&] {
+    Click("frmWelcome", "Option3");
+    Click("frmWelcome", "OKButton");
+  }));
+  EXPECT_FALSE(Choose([&] {
+    Click("frmWelcome", "Option4");
+    PressKey(Qt::Key_Escape);
+  }));
+  EXPECT_EQ(gameMode, modeMarathon);
+  EXPECT_FALSE(Choose([&] {
+    Click("frmWelcome", "Option2");
+    Window("frmWelcome").close();
+  }));
+  EXPECT_EQ(gameMode, modeMarathon);
+  EXPECT_TRUE(Choose([&] { Click("frmWelcome", "OKButton"); }));
+  EXPECT_EQ(gameMode, modeMarathon);
+}
+
+TEST_F(WindowsTest, TheChooserIsUsedByKeyboard) {
+  EXPECT_TRUE(Choose([&] {
+    QStringList visited;
+    for (int i = 0; i < 7; ++i) {
+      visited << QApplication::focusWidget()->objectName();
+      PressKey(Qt::Key_Tab);
+    }
+    EXPECT_EQ(visited.join(' '), "OKButton Command2 Option1 Option3 Option2 Option4 OKButton");
+    Option(2).setFocus();
+    PressKey(Qt::Key_Space);
+    EXPECT_EQ(gameMode, modeFrantic);
+    PressKey(Qt::Key_Down);
+    EXPECT_EQ(gameMode, modeMarathon);
+    PressKey(Qt::Key_Down);
+    EXPECT_EQ(gameMode, modeRelaxing);
+    PressKey(Qt::Key_Up);
+    EXPECT_EQ(gameMode, modeMarathon);
+    PressKey(Qt::Key_Return);
+  }));
+  EXPECT_EQ(gameMode, modeMarathon);
+  EXPECT_FALSE(Choose([&] {
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), "OKButton");
+    PressKey(Qt::Key_Escape);
+  }));
+}
+
+TEST_F(WindowsTest, LearnToPlayHoldsTheChooserUntilItCloses) {
+  ShowLearn(nullptr);
+  EXPECT_FALSE(Window("frmLearn").isModal());
+  EXPECT_TRUE(Choose([&] {
+    EXPECT_EQ(QApplication::activeModalWidget(), &Window("frmWelcome"));
+    Click("frmWelcome", "Option3");
+    QTimer::singleShot(0, [&] {
+      LetToolkitRun();
+      EXPECT_EQ(QApplication::activeModalWidget(), &Window("frmLearn"));
+      EXPECT_TRUE(Window("frmWelcome").isVisible());
+      Click("frmLearn", "OKButton");
+    });
+    Click("frmWelcome", "Command2");
+    EXPECT_FALSE(Window("frmLearn").isVisible());
+    EXPECT_EQ(gameMode, modeMarathon);
+    Click("frmWelcome", "OKButton");
+  }));
+  EXPECT_EQ(gameMode, modeMarathon);
+  ShowLearn(nullptr);
+  EXPECT_TRUE(Window("frmLearn").isVisible());
+  EXPECT_FALSE(Window("frmLearn").isModal());
+}
+
+TEST_F(WindowsTest, TheMusicSliderSetsTheVolumeAtOnce) {
+  music = std::make_unique<DXAudio>();
+  music->InitDXAudio();
+  music->PlayBackground("track.wav");
+  ShowOptions(nullptr);
+  auto& slider = Find<QSlider>("frmOptions", "VolSlider");
+  EXPECT_EQ(slider.value(), 10);
+  EXPECT_EQ(musicVolume, -900);
+  for (int value = 20; value >= 0; --value) {
+    slider.setValue(value);
+    const int32 expected = value == 20 ? -10000 : value * -90;
+    EXPECT_EQ(musicVolume, expected) << value;
+    EXPECT_EQ(twin::Graphs().back()->volume, expected) << value;
+  }
+  music.reset();
+  slider.setValue(20);
+  EXPECT_EQ(musicVolume, -10000);
+}
+
+TEST_F(WindowsTest, SlidersRunFromTheTopDownInSmallAndLargeSteps) {
+  ShowOptions(nullptr);
+  auto& slider = Find<QSlider>("frmOptions", "VolSlider");
+  slider.setFocus();
+  const std::vector<std::pair<Qt::Key, int>> keys = {{Qt::Key_Up, 9},        {Qt::Key_Down, 10},
+                                                     {Qt::Key_PageDown, 15}, {Qt::Key_PageUp, 10},
+                                                     {Qt::Key_Home, 0},      {Qt::Key_End, 20}};
+  for (const auto& [key, value] : keys) {
+    PressKey(key);
+    EXPECT_EQ(slider.value(), value) << key;
+  }
+  const QPoint handle(slider.width() / 2, slider.height() - 8);
+  QTest::mousePress(&slider, Qt::LeftButton, {}, handle);
+  QTest::mouseMove(&slider, QPoint(handle.x(), 2));
+  EXPECT_EQ(slider.value(), 0);
+  EXPECT_EQ(musicVolume, 0) << "while the button is still held";
+  QTest::mouseRelease(&slider, Qt::LeftButton, {}, QPoint(handle.x(), 2));
+}
+
+TEST_F(WindowsTest, TheEffectsSliderAndOkSetTheSwitch) {
+  ShowOptions(nullptr);
+  auto& slider = Find<QSlider>("frmOptions", "fxSlider");
+  EXPECT_EQ(slider.value(), 0);
+  slider.setFocus();
+  PressKey(Qt::Key_Down);
+  EXPECT_EQ(soundOn, kFalse);
+  PressKey(Qt::Key_Up);
+  EXPECT_EQ(soundOn, kTrue);
+  soundOn = kFalse;
+  PressKey(Qt::Key_Escape);
+  EXPECT_FALSE(Window("frmOptions").isVisible());
+  EXPECT_EQ(soundOn, kFalse) << "only OK overrides the menu";
+  ShowOptions(nullptr);
+  Click("frmOptions", "OKButton");
+  EXPECT_EQ(soundOn, kTrue);
+  EXPECT_FALSE(Window("frmOptions").isVisible());
+  slider.setValue(1);
+  ShowOptions(nullptr);
+  EXPECT_EQ(Find<QSlider>("frmOptions", "fxSlider").value(), 1) << "kept for the run";
+}
+
+TEST_F(WindowsTest, ResetScoresAsksFirst) {
+  std::ofstream(ScoreFile(modeMarathon, 10)) << "12345678";
+  ShowOptions(nullptr);
+  twin::AnswerMessages(platform::MessageAnswer::No);
+  Click("frmOptions", "Command1");
+  ASSERT_EQ(twin::Messages().size(), 2U);
+  EXPECT_EQ(twin::Messages()[0].text, "Are you sure you want to reset your high scores?");
+  EXPECT_EQ(twin::Messages()[0].title, "Reset Scores");
+  EXPECT_EQ(twin::Messages()[0].buttons, platform::MessageButtons::YesNo);
+  EXPECT_EQ(twin::Messages()[1].text, "Whew.  That was close.  I didn't reset the scores.");
+  EXPECT_EQ(twin::Messages()[1].title, "");
+  EXPECT_EQ(twin::Messages()[1].buttons, platform::MessageButtons::Ok);
+  EXPECT_NE(ReadScore(ScoreFile(modeMarathon, 10)), 100);
+
+  twin::Messages().clear();
+  twin::AnswerMessages(platform::MessageAnswer::Yes);
+  Click("frmOptions", "Command1");
+  EXPECT_EQ(twin::Messages().size(), 1U);
+  EXPECT_EQ(ReadScore(ScoreFile(modeMarathon, 10)), 100);
+}
+
+TEST_F(WindowsTest, AboutIsBuiltAnewEachTime) {
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+    ShowAbout(nullptr);
+    QWidget* const first = FindWindow("frmAbout");
+    ShowAbout(nullptr);
+    EXPECT_EQ(FindWindow("frmAbout"), first);
+    EXPECT_EQ(first->windowTitle(), "About Glimmerfall");
+    QTest::keyClick(first, key);
+    LetToolkitRun();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(FindWindow("frmAbout"), nullptr) << key;
+  }
+  ShowAbout(nullptr);
+  Window("frmAbout").close();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_EQ(FindWindow("frmAbout"), nullptr);
+}
+
+TEST_F(WindowsTest, WindowsAreHiddenAndComeBackAsTheyWere) {
+  QWidget parent;
+  parent.show();
+  const std::vector<std::pair<QString, std::function<void()>>> windows = {
+      {"frmHighScores", [&] { ShowHighScores(&parent); }},
+      {"frmOptions", [&] { ShowOptions(&parent); }},
+      {"frmLearn", [&] { ShowLearn(&parent); }},
+      {"frmHSName", [] { showNameWindow(); }},
+  };
+  for (const auto& [name, show] : windows) {
+    SCOPED_TRACE(name.toStdString());
+    show();
+    QWidget* const window = &Window(name);
+    window->move(20, 30);
+    EXPECT_FALSE(window->isModal());
+    for (const bool byKey : {true, false}) {
+      if (byKey) {
+        QTest::keyClick(window, Qt::Key_Escape);
+      } else {
+        window->close();
+      }
+      EXPECT_FALSE(window->isVisible());
+      show();
+      show();
+      EXPECT_TRUE(window->isVisible());
+      EXPECT_EQ(FindWindow(name), window);
+      EXPECT_EQ(window->pos(), QPoint(20, 30));
+    }
+  }
+}
+
+TEST_F(WindowsTest, ClosedWindowsAreMadeAnew) {
+  ShowOptions(nullptr);
+  Find<QSlider>("frmOptions", "VolSlider").setValue(3);
+  CloseAllWindows();
+  EXPECT_EQ(FindWindow("frmOptions"), nullptr);
+  {
+    QWidget parent;
+    ShowLearn(&parent);
+  }
+  EXPECT_EQ(FindWindow("frmLearn"), nullptr);
+  ShowOptions(nullptr);
+  EXPECT_EQ(Find<QSlider>("frmOptions", "VolSlider").value(), 10);
+}
+
+TEST_F(WindowsTest, HighScoresShowTheirFilesAtEachRefreshingEvent) {
+  ShowHighScores(nullptr);
+  LetToolkitRun();
+  QWidget& window = Window("frmHighScores");
+  int round = 0;
+  const auto refreshes = [&](const std::function<void()>& event) {
+    const std::string name = "Round " + std::to_string(++round);
+    StoreName(1, name + "\r\n");
+    event();
+    LetToolkitRun();
+    return Line("Label1") == " 1 -- " + name + " -- 100";
+  };
+  EXPECT_FALSE(refreshes([] {}));
+  EXPECT_TRUE(
+      refreshes([&] { QApplication::postEvent(&window, new QEvent(QEvent::WindowActivate)); }));
+  EXPECT_TRUE(refreshes([&] {
+    auto& button = Find("frmHighScores", "OKButton");
+    button.clearFocus();
+    button.setFocus();
+  }));
+  EXPECT_TRUE(refreshes([&] { window.update(); }));
+  EXPECT_TRUE(refreshes([&] { Click("frmHighScores", "OKButton"); }));
+  EXPECT_FALSE(window.isVisible());
+  EXPECT_TRUE(refreshes([] { ShowHighScores(nullptr); }));
+}
+
+TEST_F(WindowsTest, APaintRefreshesOnceAndNotForEver) {
+  ShowHighScores(nullptr);
+  LetToolkitRun();
+  constexpr long kNames = 40;
+  const auto namesReadAfter = [&](const std::function<void()>& event) {
+    const long before = twin::PlacesPassed();
+    event();
+    for (int i = 0; i < 10; ++i)
+      LetToolkitRun();
+    return twin::PlacesPassed() - before;
+  };
+  QWidget& window = Window("frmHighScores");
+  EXPECT_EQ(namesReadAfter([] {}), 0);
+  EXPECT_EQ(namesReadAfter([&] { window.update(); }), kNames);
+  EXPECT_EQ(namesReadAfter([&] {
+              for (int place = 1; place <= kPlaces; ++place)
+                StoreName(place, "Changed\r\n");
+              window.update();
+            }),
+            kNames)
+      << "what a refresh repaints must not refresh again";
+  EXPECT_EQ(Line("Label10"), "10 -- Changed -- 100");
+}
+
+TEST_F(WindowsTest, ARefreshInsideARefreshDoesNoHarm) {
+  ShowHighScores(nullptr);
+  LetToolkitRun();
+  long deepest = 0;
+  long depth = 0;
+  twin::OnEveryPlace(nullptr);
+  const auto nested = [&] {
+    deepest = std::max(deepest, ++depth);
+    Click("frmHighScores", "OKButton");
+    ShowHighScores(nullptr);
+    LetToolkitRun();
+    --depth;
+  };
+  StoreName(10, "Last\r\n");
+  twin::ScheduleAtPlace(3, nested);
+  twin::ScheduleAtPlace(50, nested);
+  Window("frmHighScores").update();
+  LetToolkitRun();
+  EXPECT_EQ(deepest, 2) << "the second refresh did not run inside the first";
+  EXPECT_EQ(Line("Label10"), "10 -- Last -- 100");
+  EXPECT_EQ(Line("m10"), "10 -- Norvane Games -- 100");
+}
+
+TEST_F(WindowsTest, NamesAreShownAsTheyAreWritten) {
+  StoreName(1, "<b>&Bold</b>\r\n");
+  StoreName(2, std::string(100000, 'W') + "\r\n");
+  StoreName(3, "\x01\x07\t\x7F\r\n");
+  QFile::remove(QString::fromStdString(NameFile(modeNormal, 4)));
+  ShowHighScores(nullptr);
+  LetToolkitRun();
+  EXPECT_EQ(Line("Label1"), " 1 -- <b>&Bold</b> -- 100");
+  EXPECT_EQ(Find<QLabel>("frmHighScores", "Label1").textFormat(), Qt::PlainText);
+  EXPECT_EQ(Line("Label4"),
+            " 4 -- file missing or corrupt - " + NameFile(modeNormal, 4) + " -- 100");
+  EXPECT_EQ(Find("frmHighScores", "Label2").size(), QSize(225, 17));
+  EXPECT_FALSE(Window("frmHighScores").grab().isNull());
+}
+
+TEST_F(WindowsTest, AGoodScoreAsksForANameAndShowsInItsTable) {
+  gameMode = modeMarathon;
+  score = 200;
+  CheckHighScore();
+  LetToolkitRun();
+  ASSERT_TRUE(Window("frmHSName").isVisible());
+  EXPECT_EQ(QApplication::focusWidget(), &Find("frmHSName", "txtUserName"));
+  QTest::keyClicks(QApplication::focusWidget(), "An exceedingly long name");
+  PressKey(Qt::Key_Return);
+  EXPECT_FALSE(Window("frmHSName").isVisible());
+  ASSERT_TRUE(Window("frmHighScores").isVisible());
+  EXPECT_EQ(Line("m1"), " 1 -- An exceedingly  -- 200");
+  EXPECT_EQ(Line("m2"), " 2 -- Norvane Games -- 100");
+  EXPECT_EQ(Line("Label1"), " 1 -- Norvane Games -- 100");
+
+  score = 50;
+  CheckHighScore();
+  EXPECT_FALSE(Window("frmHSName").isVisible());
+  score = 300;
+  CheckHighScore();
+  EXPECT_EQ(Find<QLineEdit>("frmHSName", "txtUserName").text(), "An exceedingly long name");
+  Find<QLineEdit>("frmHSName", "txtUserName").setText(u"u\u0308ber"_qs);
+  Click("frmHSName", "cmdOK");
+  EXPECT_EQ(Line("m1"),
+            " 1 -- \u00FC"
+            "ber -- 300");
+}
+
+TEST_F(WindowsTest, AClosedNameWindowStoresNothing) {
+  score = 200;
+  CheckHighScore();
+  QTest::keyClicks(&Find("frmHSName", "txtUserName"), "Ann");
+  QTest::keyClick(&Window("frmHSName"), Qt::Key_Escape);
+  EXPECT_FALSE(Window("frmHSName").isVisible());
+  EXPECT_EQ(ReadScore(ScoreFile(modeNormal, 1)), 100);
+  EXPECT_EQ(ReadLastLine(NameFile(modeNormal, 1)), "Norvane Games");
+}
+
+TEST_F(WindowsTest, ASecondPressOfOkDoesNotEnterTwice) {
+  score = 200;
+  CheckHighScore();
+  twin::ScheduleAtPlace(3, [&] {
+    Click("frmHSName", "cmdOK");
+    QTest::keyClick(&Find("frmHSName", "txtUserName"), Qt::Key_Return);
+  });
+  Click("frmHSName", "cmdOK");
+  EXPECT_EQ(ReadScore(ScoreFile(modeNormal, 1)), 200);
+  EXPECT_EQ(ReadScore(ScoreFile(modeNormal, 2)), 100);
+  EXPECT_EQ(ReadLastLine(NameFile(modeNormal, 2)), "Norvane Games");
+  EXPECT_TRUE(Find("frmHSName", "cmdOK").isEnabled());
+}
+
+TEST_F(WindowsTest, PicturesTakeThePlaceOfTheWords) {
+  SavePicture("chooser.png", {512, 300}, Qt::red);
+  SavePicture("chooser@2x.png", {1024, 600}, Qt::green);
+  SavePicture("buttonstart.png", {120, 30}, Qt::yellow);
+  SavePicture("learn.png", {512, 511}, Qt::red);
+  SavePicture("icon128.png", {128, 128}, Qt::red);
+  SavePicture("icon256.png", {256, 256}, Qt::green);
+  std::ofstream(folder_.filePath("images/buttonlearn.png").toStdString()) << "no picture";
+  OpenAll();
+  const QColor sharp = qApp->devicePixelRatio() > 1 ? Qt::green : Qt::red;
+  EXPECT_EQ(PixelAt("frmWelcome", {10, 10}), sharp);
+  EXPECT_EQ(PixelAt("frmWelcome", {360, 78}), sharp) << "a word stands on the picture";
+  EXPECT_EQ(PixelAt("frmWelcome", {420, 292}), QColor(Qt::yellow));
+  EXPECT_EQ(TextOf(Find("frmWelcome", "Command2")), "Learn to Play") << "a damaged picture";
+  EXPECT_EQ(PixelAt("frmLearn", {256, 256}), QColor(Qt::red));
+  EXPECT_EQ(PixelAt("frmAbout", {74, 74}), sharp);
+}
+
+TEST_F(WindowsTest, WordsTakeThePlaceOfMissingPictures) {
+  OpenAll();
+  QStringList words;
+  for (auto* const label : Window("frmWelcome").findChildren<QLabel*>())
+    words << label->text();
+  for (const char* const word :
+       {"Glimmerfall", "Select Game Mode", "Normal", "Frantic", "Marathon", "Relaxed"})
+    EXPECT_TRUE(words.contains(word)) << word;
+  EXPECT_TRUE(
+      Find<QLabel>("frmLearn", "Image4").text().contains("The object is to match 3 of a kind"));
+}
+
+}  // namespace
+}  // namespace glimmerfall
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication application(argc, argv);
+  QApplication::setQuitOnLastWindowClosed(false);
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}
