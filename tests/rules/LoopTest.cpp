@@ -4,6 +4,7 @@
 #include <malloc.h>
 
 #include <limits>
+#include <stdexcept>
 
 #include "platform/Time.h"
 #include "rules/basMainGameLoop.h"
@@ -117,9 +118,13 @@ TEST_F(Loop, FrameOutlivesTheWrapOfTheTicks) {
   EXPECT_EQ(platform::TicksSince(kLast - 5, platform::TickCount()), 21);
 }
 
+constexpr int kMostPlaces = 1'000'000;
+
 // Calls `event` at each place where events run, until it answers false.
 void RunLoopWhile(const std::function<bool()>& event) {
+  int places = 0;
   twin::OnEveryPlace([&] {
+    if (++places > kMostPlaces) throw std::runtime_error("the loop never ended");
     if (quitRequested != kTrue && !event()) quitRequested = kTrue;
   });
   RunGameLoop();

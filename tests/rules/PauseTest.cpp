@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+// The pause: it holds everything while a clock runs, and nothing else does.
+#include "platform/Events.h"
+#include "platform/Time.h"
+#include "rules/basGameClock.h"
+#include "rules/basInitializingGameBoard.h"
+#include "rules/basMainGameLoop.h"
+#include "tests/platform/Twin.h"
+#include "tests/rules/GameFixture.h"
+
+namespace glimmerfall {
+namespace {
+
+constexpr int32 kPauseMillis = 3000;
+
+class Pause : public GameTest {
+ protected:
+  void SetUp() override {
+    GameTest::SetUp();
+    StartClock();
+  }
+
+  static void StartClock() {
+    SetBoard(QuietBoard({{1, {12, 18, 19, 56, 57, 59}}}));
+    clockRunning = kTrue;
+    timeLimit = 50;
+    timeLeft = 30;
+    lastClockTick = platform::Timer();
+    platform::StartTimer(UpdateClock);
+  }
+};
+
+// All that moves.
+std::vector<int> Motion() {
+  std::vector<int> motion = {gameState,   dropFrames,   swapFrames,  clearFrames, fallFrames,
+                             shakeFrames, spiralFrames, targetDelay, targetFrame};
+  for (const CGem& gem : gems)
+    motion.insert(motion.end(), {gem.pixX, gem.pixY, gem.shrink, gem.spinFrame, gem.fallSpeed});
+  return motion;
+}
+
+// Runs frames until one has been held; answers the tick at which it began.
+int32 RunHeldFrame() {
+  int32 start = 0;
+  do {
+    start = platform::TickCount();
+    RunFrame();
+  } while (platform::TickCount() - start < 100);
+  return start;
+}
+
+TEST_F(Pause, HoldsEveryMotionAndTheClock) {
+  for (const char* words : {"", "pick12", "pick12 pick20", "pick12 pick20 frames5",
+                            "pick12 pick20 frames20", "pick12 pick20 frames35", "deal"}) {
+    SCOPED_TRACE(words);
+    StartScriptedGame();
+    StartClock();
+    if (words == std::string("deal")) {
+      InitGameBoard();
+      gameState = stateDealing;
+    } else {
+      Perform(words);
+    }
+    Perform("pause");
+    const float32 held = timeLeft;
+    const int32 now = platform::TickCount();
+    std::vector<int> early;
+    std::vector<int> late;
+    twin::ScheduleAt(now + 200, [&] { early = Motion(); });
+    twin::ScheduleAt(now + kPauseMillis, [&] {
+      late = Motion();
+      EXPECT_EQ(timeLeft, held);
+      Perform("pause");
+    });
+    const int32 start = RunHeldFrame();
+    EXPECT_LE(start, now + 110);
+    EXPECT_EQ(early, late);
+    EXPECT_LT(platform::TickCount(), now + kPauseMillis + 25);
+    EXPECT_EQ(timeLeft, held);
+    Perform("frames5");
+    EXPECT_FLOAT_EQ(timeLeft, held - 0.1F);
+  }
+}
+
+TEST_F(Pause, TakesPicksThatShowLater) {
+  Perform("pause");
+  twin::ScheduleAt(1000, [] { Perform("pick9"); });
+  twin::ScheduleAt(1500, [] { EXPECT_EQ(Gem(9).spinFrame, 0); });
+  twin::ScheduleAt(1600, [] { Perform("pause"); });
+  RunHeldFrame();
+  EXPECT_EQ(gameState, stateSelected);
+  Perform("frames2");
+  EXPECT_EQ(Gem(9).spinFrame, 2);
+}
+
+TEST_F(Pause, EndsWithANewGame) {
+  Perform("pause");
+  twin::ScheduleAt(1000, [] { Perform("new"); });
+  RunHeldFrame();
+  EXPECT_EQ(platform::TickCount(), 1000);
+  EXPECT_EQ(paused, kFalse);
+  EXPECT_TRUE(newBoardWanted);
+  EXPECT_EQ(timeLeft, 30);
+}
+
+TEST_F(Pause, HoldsNothingWithoutARunningClock) {
+  clockRunning = kFalse;
+  for (const GameState state : {stateIdle, stateShaking, stateFlyOut}) {
+    gameState = state;
+    Perform("pause");
+    const int32 start = platform::TickCount();
+    Perform("frames10");
+    EXPECT_EQ(platform::TickCount(), start + 210);
+    Perform("pause");
+  }
+}
+
+TEST_F(Pause, SetWithoutAClockTakesHoldOnceOneRuns) {
+  clockRunning = kFalse;
+  timeLeft = 12;
+  Perform("pause frames10");
+  clockRunning = kTrue;
+  timeLeft = 50;
+  const int32 now = platform::TickCount();
+  twin::ScheduleAt(now + kPauseMillis, [] { Perform("pause"); });
+  RunHeldFrame();
+  EXPECT_GE(platform::TickCount(), now + kPauseMillis);
+  EXPECT_EQ(pausedTimeLeft, 12);
+  EXPECT_EQ(timeLeft, 12);
+}
+
+}  // namespace
+}  // namespace glimmerfall
