@@ -36,13 +36,23 @@ def wait_for(what, condition, patience=PATIENCE, step=0.02):
         if answer:
             return answer
         time.sleep(step)
-    raise AssertionError(f"waited {patience:.0f} s in vain for {what}")
+    raise AssertionError(f"waited {patience:.0f} s in vain for {what}; {Desktop.picture_of_failure()}")
 
 
 class Desktop:
     """Screen, window manager and sound server, all of its own. Use it in a `with` statement."""
 
-    def __init__(self, size=(1280, 1024), scale=None, sound=True):
+    shown = None  # the one that is up
+
+    @classmethod
+    def picture_of_failure(cls):
+        if cls.shown is None:
+            return "there is no screen"
+        path = Path(tempfile.gettempdir()) / "glimmerfall-failed.png"
+        cls.shown.grab().save(path)
+        return f"the screen is in {path}"
+
+    def __init__(self, size=(1280, 1300), scale=None, sound=True):
         self.size, self.scale, self.sound = size, scale, sound
         self.processes = []
 
@@ -54,6 +64,7 @@ class Desktop:
             self.env["QT_SCALE_FACTOR"] = str(self.scale)
         try:
             self._start_screen()
+            Desktop.shown = self
             if self.sound:
                 self.start_sound()
         except BaseException:
@@ -62,6 +73,7 @@ class Desktop:
         return self
 
     def __exit__(self, *_):
+        Desktop.shown = None
         for process in reversed(self.processes):
             if process.poll() is None:
                 process.terminate()
@@ -83,16 +95,22 @@ class Desktop:
     def _start_screen(self):
         read, write = os.pipe()
         self.spawn("Xvfb", "-displayfd", str(write), "-screen", "0", "%dx%dx24" % self.size,
-                   "-nolisten", "tcp", pass_fds=[write])
+                   "-nolisten", "tcp", "-noreset", pass_fds=[write])
         os.close(write)
         with os.fdopen(read) as pipe:
             number = pipe.readline().strip()
         assert number, "the screen in memory did not start"
         self.display = ":" + number
         self.env["DISPLAY"] = self.display
-        self.spawn("openbox", stdout=subprocess.DEVNULL)
-        wait_for("the window manager",
-                 lambda: "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK", check=False))
+        log = open(self.folder / "openbox.log", "w+")
+        manager = self.spawn("openbox", "--sm-disable", stdout=log, stderr=log)
+
+        def manages():
+            assert manager.poll() is None, "the window manager ended: " + Path(log.name).read_text()
+            return "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK", check=False)
+
+        with log:
+            wait_for("the window manager", manages)
 
     def start_sound(self):
         self.sound_server = self.spawn(
@@ -194,6 +212,9 @@ class Game:
         time.sleep(DEAL_REST)
         return self
 
+    def activate(self):
+        self.desktop.run("xdotool", "windowactivate", "--sync", str(self.desktop.window(MAIN)))
+
     def place(self):
         """Left and top of the board on the screen, below the menu bar."""
         left, top, _, height = self.desktop.place(self.desktop.window(MAIN))
@@ -253,6 +274,7 @@ class Sprites:
     def __init__(self, folder):
         sheet = np.asarray(Image.open(folder / "images/gemsheet1024x512.bmp").convert("RGB")).astype(np.int16)
         board = np.asarray(Image.open(folder / "images/Board.bmp").convert("RGB")).astype(np.int16)
+        self.board = board
         self.rest = [self._on_board(sheet[k * CELL:(k + 1) * CELL, :CELL], board) for k in range(8)]
 
     @staticmethod
@@ -260,6 +282,12 @@ class Sprites:
         solid = sprite.any(axis=2)[..., None]
         cells = [board[i // BOARD * CELL:, i % BOARD * CELL:][:CELL, :CELL] for i in range(64)]
         return [np.where(solid, sprite, cell) for cell in cells]
+
+    def is_empty(self, picture):
+        """Whether no gem stands or flies on the board; the message covers its middle."""
+        pixels = np.asarray(picture).astype(np.int16)[:512]
+        differs = np.abs(pixels - self.board[:512]).max(axis=2) > 24
+        return not differs[:192].any() and not differs[400:].any()
 
     def read(self, picture, tolerance=6.0):
         """By cell the kind at rest, or None where no gem rests. The picked gem's target shows only

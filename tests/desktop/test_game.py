@@ -50,6 +50,7 @@ class RealProgram(unittest.TestCase):
             return context.__enter__()
 
     def quit(self):
+        self.game.activate()
         self.desktop.key("ctrl+q")
         self.assertEqual(self.game.ended(), 0)
 
