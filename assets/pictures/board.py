@@ -16,7 +16,7 @@ import painting as p
 WIDTH, HEIGHT, CELL, CELLS = 512, 576, 64, 8
 SAMPLES = 3
 HALF, RADIUS = 29.6, 10.0           # of a cell's hollow
-LIGHT, DARK = 0.92, 0.68            # factors of the chequered cells
+LIGHT, DARK = 0.80, 0.60            # factors of the chequered cells
 BAR = (20, 521, 492, 531)
 SEED = 20
 
@@ -32,7 +32,7 @@ def ground(x, y, scale):
     base = p.ramp((y * 0.8 + x * 0.2) / 520, [
         (0.0, '37296a'), (0.35, '2c2b66'), (0.7, '1c3360'), (1.0, '123c58')])
     reach = np.hypot((x - 256) / 256, (y - 240) / 290)
-    base *= (1.12 - 0.42 * p.smooth(0.25, 1.35, reach))[..., None]
+    base *= (0.98 - 0.36 * p.smooth(0.25, 1.35, reach))[..., None]
     cloud = 1 + 0.08 * _noise(x.shape, 26 * scale, SEED) + 0.04 * _noise(x.shape, 7 * scale,
                                                                           SEED + 1)
     return base * cloud[..., None]
@@ -90,12 +90,9 @@ def _paint_bar_frame(canvas, x, y):
 
 
 def _paint_text_hollow(canvas, x, y):
-    distance = p.rounded_box(x, y, 3, 535.5, 509, 573, 7)
+    distance = p.rounded_box(x, y, -12, 535.5, 524, 590, 7)
     p.blend(canvas, canvas * 0.55, p.cover(distance))
-    line = np.exp(-((distance - 0.3) / 0.7) ** 2)
-    light = np.clip((y - 553) / 20, -1, 1)
-    canvas += (0.012 * line * np.clip(light, 0, 1))[..., None] * np.array([0.7, 0.8, 1.4])
-    canvas *= (1 - 0.35 * line * np.clip(-light, 0, 1))[..., None]
+    canvas *= (1 - 0.35 * np.exp(-((distance - 0.3) / 0.7) ** 2))[..., None]
 
 
 def paint_board(scale=1):

@@ -23,8 +23,8 @@ def paint_button(text, size, shades, scale):
     edge = p.rounded_box(x, y, 0, 0, WIDTH, HEIGHT, 2)
     canvas *= (1 - 0.25 * np.exp(edge / 2.5))[..., None]
     baseline = HEIGHT / 2 + size * 0.36
-    left = (WIDTH - p.text_width(text, p.TEXT_FONT, size)) / 2
-    mask = p.text_mask(canvas.shape, scale, text, left, baseline, p.TEXT_FONT, size)
+    left = (WIDTH - p.text_width(text, size)) / 2
+    mask = p.text_mask(canvas.shape, scale, text, left, baseline, size)
     paint = p.ramp((y - baseline + size) / size, [(0, 'ffffff'), (0.5, 'fffbe6'), (1, 'ffe7a0')])
     p.letter(canvas, scale, mask, paint, shadow=0.85, drop=0.9, spread=0.9)
     return canvas

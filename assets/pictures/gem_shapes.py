@@ -238,10 +238,10 @@ def cut_gem(name):
     makers = {
         'round': lambda: cut_brilliant(_circle(1.06), 8, table=0.53, bezel=0.82),
         'emerald': lambda: cut_steps(_octagon(0.73, 1.10, 0.33), ((0.17, 0.25), (0.33, 0.38)),
-                                     ((0.22, 0.30), (0.46, 0.52), (0.66, 0.60))),
+                                     ((0.18, 0.28), (0.37, 0.47), (0.54, 0.60))),
         'lozenge': lambda: cut_brilliant(_polygon([(0, 1.1), (1.1, 0), (0, -1.1), (-1.1, 0)]), 4,
                                          table=0.52, bezel=0.86, crown=0.40, lower=0.5),
-        'trillion': lambda: cut_brilliant(_bulged_triangle(1.1, 0.15, -0.22), 6, (0, -0.20),
+        'trillion': lambda: cut_brilliant(_bulged_triangle(1.21, 0.125, -0.13), 6, (0, -0.13),
                                           table=0.52, bezel=0.82),
         'marquise': lambda: cut_brilliant(_lens(1.11, 0.60), 6, table=0.52, bezel=0.80,
                                           crown=0.36, pavilion=0.5),

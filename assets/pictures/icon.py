@@ -1,39 +1,39 @@
 # SPDX-License-Identifier: MIT
 """The game's icon in six sizes, with smooth transparency around the gems."""
+import concurrent.futures
 import os
 
 import numpy as np
 
 import colour
+import developing
 import painting as p
 import tracer
 
 SIDE = 768                          # a multiple of all sizes
 SMALL, LARGE = (16, 32), (48, 64, 128, 256)
-EXPOSURE = 0.4                      # of icon.pov
 
 
 def trace_motif(scratch, company):
     """Renders the small motif (company 0) or the large one (1) into the scratch folder."""
     for number, name in enumerate(('icon%d', 'icon%d_mask')):
         tracer.trace(scratch, 'icon.pov', name % company, (SIDE, SIDE),
-                     [('Pass', number), ('Company', company)], ['-A'])
+                     [('Pass', number), ('Company', company)])
 
 
 def trace(scratch):
-    """Renders both motifs."""
-    for company in (0, 1):
-        trace_motif(scratch, company)
+    """Renders both motifs with two processes."""
+    with concurrent.futures.ThreadPoolExecutor(2) as pool:
+        list(pool.map(lambda company: trace_motif(scratch, company), (0, 1)))
 
 
 def make_icon(scratch, company, side):
     """8-bit RGBA of one size."""
-    picture = tracer.read_traced(scratch, 'icon%d' % company) / EXPOSURE
-    over = np.maximum(picture - 0.66, 0)
-    picture = np.where(picture > 0.66, 0.66 + 0.34 * (1 - np.exp(-over / 0.34)), picture)
-    mask = (tracer.read_traced(scratch, 'icon%d_mask' % company)[..., :1] > 0.5).astype(float)
-    alpha = p.average(mask, SIDE // side)
-    pixels = p.average(picture * mask, SIDE // side) / np.maximum(alpha, 1e-9)
+    light = tracer.read_traced(scratch, 'icon%d' % company)
+    passes = tracer.read_traced(scratch, 'icon%d_mask' % company)
+    picture, mask = developing.develop(light, passes, SIDE / 64, glints=1)
+    alpha = p.average(mask[..., None], SIDE // side)
+    pixels = p.average(picture, SIDE // side) / np.maximum(alpha, 1e-9)
     result = np.concatenate([colour.to_bytes(pixels),
                              np.floor(alpha * 255 + 0.5).astype(np.uint8)], axis=-1)
     result[alpha[..., 0] == 0] = 0

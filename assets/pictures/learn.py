@@ -4,6 +4,7 @@
 Made of the sheet's own frames and the board's own cells.  The place of the
 window's OK button, (400, 480) to (481, 505), stays calm.
 """
+import functools
 import os
 
 import numpy as np
@@ -23,10 +24,11 @@ PANEL_LEFT, PANEL_RIGHT, PANEL_HEIGHT = 14, 498, 108
 CELL = 46                           # side of a cell in a panel
 CELLS_LEFT, CELLS_DROP = 28, 8
 TEXT_LEFT, TEXT_SIZE, LINE = 234, 16.5, 22
-TEXTS = (('First, look for two pieces', 'to exchange to match 3 in a', 'row, up, down, right or left.'),
+TEXTS = (('First, look for two pieces', 'to exchange to match 3 in a',
+          'row, up, down, right or left.'),
          ('Click on one of the pieces,', 'then on the other, or hold', 'the button and drag to the',
           'other piece.'),
-         ('The pieces change place', 'and you score points!'))
+         ('The pieces change place,', 'the three in a row vanish', 'and you score points!'))
 ROUND, EMERALD, LOZENGE, TRILLION, MARQUISE, PEAR, STAR, HEART = range(8)
 AIM_ROW = (HEART, HEART, HEART)
 BEFORE = ((LOZENGE, STAR, HEART, ROUND), (HEART, HEART, EMERALD, PEAR))
@@ -36,8 +38,8 @@ AFTER = ((LOZENGE, STAR, EMERALD, ROUND), (HEART, HEART, HEART, PEAR))
 class Page:
     """The canvas at one scale factor, with the sprites at hand."""
 
-    def __init__(self, scratch, scale, samples):
-        self.scratch, self.scale, self.samples = scratch, scale, samples
+    def __init__(self, scratch, scale):
+        self.scratch, self.scale = scratch, scale
         self.x, self.y = p.grid(WIDTH, HEIGHT, scale)
         self.canvas = board.ground(self.x, self.y * 0.9, scale)
 
@@ -62,11 +64,13 @@ class Page:
         cells = board.ground(x + 128, y + 128, zoom)
         board.paint_cells(cells, x, y, columns, rows)
         small = p.average(cells, board.SAMPLES)
-        self.lay(small, np.ones(small.shape[:2]), left, top)
+        x, y = p.grid(columns * side, rows * side, self.scale)
+        distance = p.rounded_box(x, y, 0, 0, columns * side, rows * side, 9)
+        self.lay(small, p.cover(distance, 0.5 / self.scale), left, top)
 
     def put_gem(self, kind, left, top, side, dim=1.0):
         """The gem at rest in a square of the given side."""
-        picture, mask = gem_sheet.develop(self.scratch, kind * gem_sheet.FRAMES)
+        picture, mask = _develop_rest(self.scratch, kind)
         pixels = round(side * self.scale)
         alpha = _resize(mask[..., None], pixels)
         colours = _resize(picture, pixels) / np.maximum(alpha, 1e-9)
@@ -85,13 +89,24 @@ class Page:
         light = np.exp(-((self.x - cx) ** 2 + (self.y - cy) ** 2) / (2 * reach ** 2))
         self.canvas += (strength * light)[..., None] * colour.hex_linear(hue)
 
+    def sparkle(self, cx, cy, ray):
+        """A star of light over things."""
+        star = p.glint(self.x - cx, self.y - cy, ray, 0.7, 1.6)
+        self.canvas += (1.4 * star)[..., None]
+
     def write(self, text, left, baseline, size, paint):
-        mask = p.text_mask(self.canvas.shape, self.scale, text, left, baseline, p.TEXT_FONT, size)
+        mask = p.text_mask(self.canvas.shape, self.scale, text, left, baseline, size)
         p.letter(self.canvas, self.scale, mask, paint, shadow=0.7)
 
     def shape(self, points, paint):
         p.letter(self.canvas, self.scale, self.mask_of(points), paint, shadow=0.9, spread=1.4,
                  outline=colour.hex_linear('2a1206'))
+
+
+@functools.lru_cache(maxsize=gem_sheet.KINDS)
+def _develop_rest(scratch, kind):
+    """All samples of the sheet's rest frame of a kind."""
+    return gem_sheet.develop(scratch, kind * gem_sheet.FRAMES)
 
 
 def _resize(samples, pixels):
@@ -132,14 +147,16 @@ def _paint_panel(page, number, top):
         page.write(line, TEXT_LEFT, first + i * LINE, TEXT_SIZE, colour.hex_linear('eef1ff'))
 
 
-def _paint_gems(page, top, kinds, bright=None):
+def _paint_gems(page, top, kinds, bright, glowing=False):
     """A piece of a board; gems that are not in the list of bright cells are dimmed."""
     page.put_cells(CELLS_LEFT, top, 4, 2, CELL)
+    for row, column in bright if glowing else ():
+        page.glow(*_middle(top, row, column), 15, 'ffc860', 0.75)
     for row in range(2):
         for column in range(4):
-            shown = bright is None or (row, column) in bright
+            shown = (row, column) in bright
             page.put_gem(kinds[row][column], CELLS_LEFT + column * CELL, top + row * CELL, CELL,
-                         1.0 if shown else 0.30)
+                         1.0 if shown else 0.36)
 
 
 def _middle(top, row, column):
@@ -159,28 +176,32 @@ def _paint_panels(page):
     x, y = _middle(tops[1], 0, 2)
     page.shape(_arrow(x, y + 12, x, y + CELL + 2, 7), gold)
     page.shape(_pointer(x + 4, y - 2, 21), (1, 1, 1))
-    _paint_gems(page, tops[2], AFTER, ((1, 0), (1, 1), (1, 2)))
+    _paint_gems(page, tops[2], AFTER, ((1, 0), (1, 1), (1, 2)), glowing=True)
+    x, y = _middle(tops[2], 0, 2)
+    page.shape(_arrow(x + 8, y + 12, x + 8, y + CELL - 8, 5), gold)
+    page.shape(_arrow(x - 8, y + CELL - 12, x - 8, y + 8, 5), gold)
     for column in range(3):
         x, y = _middle(tops[2], 1, column)
-        page.glow(x, y, 13, 'ffd27a', 0.22)
+        page.sparkle(x + 12, y - 13, 15)
+        page.sparkle(x - 14, y + 10, 10)
 
 
-def paint_page(scratch, scale, samples):
+def paint_page(scratch, scale):
     """Linear light of the picture at scale 1 or 2."""
-    page = Page(scratch, scale, samples)
-    left = (WIDTH - p.text_width(AIM, p.TEXT_FONT, AIM_SIZE)) / 2
+    page = Page(scratch, scale)
+    left = (WIDTH - p.text_width(AIM, AIM_SIZE)) / 2
     page.write(AIM, left, AIM_BASELINE, AIM_SIZE,
                p.gold(page.y, AIM_BASELINE - AIM_SIZE * .74, AIM_BASELINE + 3))
-    page.glow(256, 84, 60, 'ff4f9a', 0.10)
     page.put_cells(ROW_LEFT, ROW_TOP, 3, 1, 64)
     for i, kind in enumerate(AIM_ROW):
+        page.glow(ROW_LEFT + 64 * i + 32, ROW_TOP + 32, 20, 'ffc860', 0.30)
         page.put_gem(kind, ROW_LEFT + 64 * i, ROW_TOP, 64)
     _paint_panels(page)
     return page.canvas
 
 
-def build(scratch, target, samples=gem_sheet.SAMPLES):
+def build(scratch, target):
     """Writes the picture in both sizes; needs the sheet's rest frames in the scratch folder."""
     for scale, name in ((1, 'learn.png'), (2, 'learn@2x.png')):
-        p.save(p.dithered_bytes(paint_page(scratch, scale, samples), 60 + scale),
+        p.save(p.dithered_bytes(paint_page(scratch, scale), 60 + scale),
                os.path.join(target, name))

@@ -8,12 +8,14 @@ import os
 
 import numpy as np
 
+import colour
 import painting as p
 
 CELL, FRAMES, SAMPLES = 64, 6, 4
 LIGHTS = 4
 HALF, RADIUS, WIDTH = 29.4, 9.5, 3.1
-FREE_HALF = 23.0                    # the middle 46 by 46 pixels stay empty
+ON_COVERAGE = 0.25                  # a pixel that the ring covers less than this stays clear
+BORDER_SHADE = (0.030, 0.022, 0.020)        # linear; what half covered pixels blend into
 
 
 def _along(x, y):
@@ -31,13 +33,13 @@ def paint_frame(frame):
     x, y = x - CELL / 2, y - CELL / 2
     distance = p.rounded_box(x, y, -HALF, -HALF, HALF, HALF, RADIUS)
     phase = (_along(x, y) * LIGHTS - frame / FRAMES) % 1.0
-    comet = np.exp(-(1 - phase) * 3.4) * p.smooth(0, 0.10, 1 - phase)
+    comet = np.exp(-(1 - phase) * 2.9) * p.smooth(0, 0.10, 1 - phase)
     ring = p.cover(np.abs(distance) - WIDTH / 2)
     bevel = np.exp(-((distance - 0.1) / 1.1) ** 2)
     base = p.ramp((x + y) / (4 * HALF) + 0.5, [(0, 'd79a2c'), (0.5, 'a8691a'), (1, '7d4a12')])
-    light = p.ramp(comet, [(0, '000000'), (0.45, 'c8861e'), (1, 'ffe7a0')])
-    colour_ = base * (0.55 + 0.5 * bevel)[..., None] + light * (0.35 + 0.85 * bevel)[..., None]
-    return colour_, ring
+    light = p.ramp(comet, [(0, '000000'), (0.35, 'c8861e'), (0.75, 'ffe08a'), (1, 'fff6dc')])
+    paint = base * (0.34 + 0.36 * bevel)[..., None] + light * (0.45 + 1.0 * bevel)[..., None]
+    return paint, ring
 
 
 def make_frame(frame):
@@ -46,10 +48,9 @@ def make_frame(frame):
     alpha = p.average(ring[..., None], SAMPLES)
     pixels = p.average(paint * ring[..., None], SAMPLES) / np.maximum(alpha, 1e-9)
     alpha = alpha[..., 0]
-    inside = alpha > 0.25
-    shade = np.array([0.030, 0.022, 0.020])
-    pixels = pixels * alpha[..., None] + shade * (1 - alpha[..., None])
-    result = p.colour.to_bytes(pixels)
+    inside = alpha > ON_COVERAGE
+    pixels = pixels * alpha[..., None] + np.array(BORDER_SHADE) * (1 - alpha[..., None])
+    result = colour.to_bytes(pixels)
     result[~inside] = 0
     return result
 

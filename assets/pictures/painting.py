@@ -11,8 +11,7 @@ from scipy import ndimage
 import colour
 
 FONT_FOLDER = '/usr/share/fonts/opentype/urw-base35/'
-TITLE_FONT = 'URWGothic-Demi.otf'
-TEXT_FONT = 'URWGothic-Demi.otf'
+FONT = FONT_FOLDER + 'URWGothic-Demi.otf'
 LETTER_SAMPLES = 4
 
 
@@ -68,27 +67,22 @@ def dithered_bytes(canvas, seed):
     return np.clip(np.floor(colour.to_srgb(canvas) + noise), 0, 255).astype(np.uint8)
 
 
-def load_font(name, pixels):
-    """The named face at a height in pixels, with the plain layout that is always at hand."""
-    return ImageFont.truetype(FONT_FOLDER + name, pixels, layout_engine=ImageFont.Layout.BASIC)
+def load_font(pixels):
+    """The one face of all pictures, with the plain layout that is always at hand."""
+    return ImageFont.truetype(FONT, pixels, layout_engine=ImageFont.Layout.BASIC)
 
 
-def text_width(text, name, size, spacing=0.0):
+def text_width(text, size):
     """Advance of a line in logical pixels."""
-    font = load_font(name, 256)
-    return font.getlength(text) * size / 256 + spacing * (len(text) - 1)
+    return load_font(256).getlength(text) * size / 256
 
 
-def text_mask(shape, scale, text, left, baseline, name, size, spacing=0.0):
-    """Coverage of a line of text on a canvas; left, baseline, size and spacing are logical."""
+def text_mask(shape, scale, text, left, baseline, size):
+    """Coverage of a line of text on a canvas; left, baseline and size are logical."""
     k = LETTER_SAMPLES
     image = Image.new('L', (shape[1] * k, shape[0] * k))
-    draw = ImageDraw.Draw(image)
-    font = load_font(name, round(size * scale * k))
-    x = left
-    for letter in (text if spacing else [text]):
-        draw.text((x * scale * k, baseline * scale * k), letter, font=font, fill=255, anchor='ls')
-        x += text_width(letter, name, size) + spacing
+    ImageDraw.Draw(image).text((left * scale * k, baseline * scale * k), text, fill=255,
+                               font=load_font(round(size * scale * k)), anchor='ls')
     return average(np.asarray(image, dtype=np.float64)[..., None], k)[..., 0] / 255
 
 
@@ -105,6 +99,15 @@ def letter(canvas, scale, mask, paint, shadow=0.6, drop=1.0, spread=1.2, outline
         wide = blur(ndimage.grey_dilation(mask, size=(size, size)), 0.35 * scale)
         blend(canvas, outline, np.clip(wide, 0, 1))
     blend(canvas, paint, mask)
+
+
+def glint(dx, dy, ray, width, core):
+    """A four-pointed star of light, 1.5 in its middle, that reaches as far as its rays."""
+    dx, dy = np.abs(dx), np.abs(dy)
+    across, up = (np.clip(1 - d / ray, 0, 1) ** 2 for d in (dx, dy))
+    return (across * np.exp(-(dy / (width * (0.4 + across))) ** 2)
+            + up * np.exp(-(dx / (width * (0.4 + up))) ** 2)
+            + np.exp(-(dx ** 2 + dy ** 2) / core ** 2)) / 2
 
 
 def gold(y, top, bottom):

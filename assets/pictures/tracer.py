@@ -7,6 +7,7 @@ pixmaps in linear light, whose pixels are the same on every run.
 import os
 import re
 import subprocess
+import threading
 
 import numpy as np
 
@@ -15,28 +16,31 @@ import gem_shapes
 HERE = os.path.dirname(os.path.abspath(__file__))
 TRACER = 'povray'
 FRAMES = 16
+_mesh_lock = threading.Lock()
 
 
 def write_scene_meshes(scratch):
     """Writes the mesh file into the scratch folder unless it is there already."""
     path = os.path.join(scratch, 'meshes.inc')
-    if not os.path.exists(path):
-        gem_shapes.write_meshes(path)
+    with _mesh_lock:
+        if not os.path.exists(path):
+            gem_shapes.write_meshes(path)
 
 
-def trace(scratch, scene, name, size, declares=(), options=(), frames=None):
+def trace(scratch, scene, name, size, declares, frames=None):
     """Renders a scene to <name>.ppm, or <name><frame>.ppm for a (first, last) pair of frames.
 
     Raises RuntimeError with the tracer's last words if it fails.
     """
+    scratch = os.path.abspath(scratch)
     write_scene_meshes(scratch)
     command = [TRACER, os.path.join(HERE, scene), '+W%d' % size[0], '+H%d' % size[1],
                '+O' + os.path.join(scratch, name + '.ppm'), '+FP16', 'File_Gamma=1.0',
-               '-D', '+L' + HERE, '+L' + scratch, '+WT1', *options]
+               '-D', '-A', '+L' + HERE, '+L' + scratch, '+WT1']
     command += ['Declare=%s=%s' % pair for pair in declares]
     if frames:
         command += ['+KFI0', '+KFF127', '+SF%d' % frames[0], '+EF%d' % frames[1]]
-    result = subprocess.run(command, capture_output=True, text=True, check=False)
+    result = subprocess.run(command, capture_output=True, text=True, check=False, cwd=scratch)
     if result.returncode:
         raise RuntimeError('%s failed on %s:\n%s' % (TRACER, scene, result.stderr[-1500:]))
 
