@@ -8,6 +8,7 @@ so that the crown of a gem has negative z.
 import math
 
 CELL_HALF = 1.19
+# In the order of the sheet's rows and of the arrays in gem_materials.inc.
 NAMES = ('round', 'emerald', 'lozenge', 'trillion', 'marquise', 'pear', 'star', 'heart')
 EDGE_RADIUS = 0.0125
 SHARP_EDGE = 0.985          # cosine between neighbour facets above which no edge is drawn

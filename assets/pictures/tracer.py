@@ -15,7 +15,8 @@ import gem_shapes
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 TRACER = 'povray'
-FRAMES = 16
+FRAMES = 16                 # of one turn of a gem
+LAST_FRAME = 127            # of gems.pov: eight kinds by FRAMES steps
 _mesh_lock = threading.Lock()
 
 
@@ -39,7 +40,8 @@ def trace(scratch, scene, name, size, declares, frames=None):
                '-D', '-A', '+L' + HERE, '+L' + scratch, '+WT1']
     command += ['Declare=%s=%s' % pair for pair in declares]
     if frames:
-        command += ['+KFI0', '+KFF127', '+SF%d' % frames[0], '+EF%d' % frames[1]]
+        command += ['+KFI0', '+KFF%d' % LAST_FRAME,
+                    '+SF%d' % frames[0], '+EF%d' % frames[1]]
     result = subprocess.run(command, capture_output=True, text=True, check=False, cwd=scratch)
     if result.returncode:
         raise RuntimeError('%s failed on %s:\n%s' % (TRACER, scene, result.stderr[-1500:]))

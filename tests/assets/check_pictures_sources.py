@@ -1,0 +1,102 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: MIT
+"""Checks that the picture sources still make the shipped files, pixel for pixel, on a sample.
+
+Makes the board, the marker, the buttons, the small icons and a few frames of
+the gem sheet anew, in well under a minute.  Needs povray, fonts-urw-base35,
+python3-numpy, python3-scipy and python3-pil.
+"""
+import concurrent.futures
+import os
+import shutil
+import sys
+import tempfile
+
+ROOT = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), '..', '..'))
+IMAGES = os.path.join(ROOT, 'images')
+sys.dont_write_bytecode = True
+sys.path.insert(0, os.path.join(ROOT, 'assets', 'pictures'))
+
+try:
+    import numpy as np
+    from PIL import Image
+    import board
+    import buttons
+    import gem_sheet
+    import icon
+    import marker
+    import painting
+    import tracer
+except ImportError as missing:
+    sys.exit('check_pictures_sources: missing python3-numpy, python3-scipy or python3-pil (%s)'
+             % missing)
+
+# A kind and a step of the turn each: at rest, near the edge, from behind.
+SAMPLE = ((0, 0), (3, 4), (5, 8), (7, 13))
+
+
+def require_tools():
+    missing = [package for package, found in (
+        ('povray', shutil.which(tracer.TRACER)),
+        ('fonts-urw-base35', os.path.isdir(painting.FONT_FOLDER))) if not found]
+    if missing:
+        sys.exit('check_pictures_sources: missing ' + ' '.join(missing))
+
+
+def load(path):
+    with Image.open(path) as image:
+        return np.asarray(image)
+
+
+def count_different(made, shipped):
+    """Pixels that differ, or all of them if the sizes do."""
+    if made.shape != shipped.shape:
+        return made.shape[0] * made.shape[1]
+    return int((made != shipped).any(axis=-1).sum())
+
+
+def compare_files(folder):
+    """(name, pixels that differ) for each file that lies in the folder."""
+    return [(name, count_different(load(os.path.join(folder, name)),
+                                   load(os.path.join(IMAGES, name))))
+            for name in sorted(os.listdir(folder))]
+
+
+def compare_frames(scratch):
+    """(name, pixels that differ) for the sample of the gem sheet."""
+    sheet, outcomes = load(os.path.join(IMAGES, 'gemsheet1024x512.bmp')), []
+    side = gem_sheet.CELL
+    frames = [kind * gem_sheet.FRAMES + step for kind, step in SAMPLE]
+    with concurrent.futures.ThreadPoolExecutor(2) as pool:
+        list(pool.map(lambda frame: gem_sheet.trace_frames(scratch, frame, frame), frames))
+    for (kind, step), frame in zip(SAMPLE, frames):
+        shipped = sheet[kind * side:(kind + 1) * side, step * side:(step + 1) * side]
+        outcomes.append(('gem sheet, kind %d, step %d of the turn' % (kind, step),
+                         count_different(gem_sheet.make_sprite(scratch, frame), shipped)))
+    return outcomes
+
+
+def make_icons(scratch, folder):
+    icon.trace_motif(scratch, 0)
+    for side in icon.SMALL:
+        painting.save(icon.make_icon(scratch, 0, side), os.path.join(folder, 'icon%d.png' % side))
+
+
+def main():
+    require_tools()
+    with tempfile.TemporaryDirectory() as scratch, tempfile.TemporaryDirectory() as folder:
+        board.build(folder)
+        marker.build(folder)
+        buttons.build(folder)
+        make_icons(scratch, folder)
+        outcomes = compare_files(folder) + compare_frames(scratch)
+    for name, different in outcomes:
+        print('%-6s %-44s %8d   pixels that differ, none allowed'
+              % ('FAILED' if different else 'ok', name, different))
+    failed = sum(different > 0 for _, different in outcomes)
+    print('%d passed, %d failed' % (len(outcomes) - failed, failed))
+    return 1 if failed else 0
+
+
+if __name__ == '__main__':
+    sys.exit(main())
