@@ -19,6 +19,7 @@ MARKED = 14.0
 VELOCITY_STRAY = 3.0
 VELOCITY_RANGE = (12, 122)
 SHORTEST = 0.05
+DEGREES = {"C", *(str(degree) for degree in range(1, 17) if degree % 7 not in (4, 6))}
 RETRIGGER_GAP = 0.02
 SLOWING_BARS = 2
 TEMPO_STEP = 0.5
@@ -96,6 +97,10 @@ def lay_figure(steps, chords, start, end, voice, before):
 
 def sound_step(names, chord, voice, before):
     """Return the pitches of one step of a figure."""
+    known = source.DRUMS if voice.drums else DEGREES
+    strange = [name for name in names if name not in known]
+    if strange:
+        raise source.SourceError(f"{voice.name}: no step {' '.join(strange)} in a figure")
     if voice.drums:
         return tuple(source.DRUMS[name] for name in names)
     if names == ("C",):

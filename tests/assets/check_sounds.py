@@ -29,6 +29,8 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 SOUNDFONT = pathlib.Path("/usr/share/sounds/sf2/TimGM6mb.sf2")
 TOOLS = {"ffmpeg": "ffmpeg", "fluidsynth": "fluidsynth", "lame": "lame"}
 SYNTH_GAIN = 1.2
+# A synthesizer renders a note that never ends for ever.
+TOOL_TIMEOUT_S = 20
 RATE = 44100
 FOLDERS_MB = 12.0
 
@@ -179,7 +181,7 @@ def check_effects():
         try:
             samples, rate, width = read_wave(ROOT / "sounds" / (name + ".wav"))
         except (OSError, EOFError, ValueError, wave.Error) as error:
-            report(name, "readable as PCM", str(error)[:40], "yes", False)
+            report(name, "readable as PCM", repr(error)[:40], "yes", False)
             continue
         report(name, "format", f"{8 * width} bit {rate}", "16 bit 44100",
                (width, rate) == (2, RATE))
@@ -229,7 +231,7 @@ def check_midi(path):
         song = mido.MidiFile(path)
         key, allowed = read_source(name)
     except (OSError, EOFError, ValueError, KeyError) as error:
-        report(name, "readable", str(error)[:40], "yes", False)
+        report(name, "readable", repr(error)[:40], "yes", False)
         return False
     orphans, stuck, most, pitches, drums = follow_notes(song)
     report_most(name, "orphaned or struck twice", orphans, 0)
@@ -247,8 +249,12 @@ def check_midi(path):
 
 
 def run_tool(*command):
-    """Run a tool; return its standard output, or None if it failed."""
-    done = subprocess.run([str(part) for part in command], capture_output=True)
+    """Run a tool; return its standard output, or None if it failed or hung."""
+    try:
+        done = subprocess.run([str(part) for part in command], capture_output=True,
+                              timeout=TOOL_TIMEOUT_S)
+    except subprocess.TimeoutExpired:
+        return None
     return done.stdout if done.returncode == 0 else None
 
 
@@ -256,9 +262,9 @@ def render(path, scratch):
     """Return the samples of a piece as it is heard, or None."""
     if path.suffix == ".mid":
         out = scratch / "midi.raw"
-        run_tool("fluidsynth", "-ni", "-q", "-r", RATE, "-g", SYNTH_GAIN, "-T", "raw",
-                 "-O", "float", "-F", out, SOUNDFONT, path)
-        raw = out.read_bytes() if out.exists() else None
+        done = run_tool("fluidsynth", "-ni", "-q", "-r", RATE, "-g", SYNTH_GAIN, "-T", "raw",
+                        "-O", "float", "-F", out, SOUNDFONT, path)
+        raw = out.read_bytes() if done is not None else None
     else:
         raw = run_tool("ffmpeg", "-v", "error", "-i", path, "-f", "f32le", "-ac", 2,
                        "-ar", RATE, "-")
