@@ -21,7 +21,7 @@ namespace {
 constexpr double kPixelsPerPoint = 96.0 / 72;
 constexpr int kLeastPixels = 7;  // of a font that is made smaller to fit
 constexpr int kButtonBorder = 2;
-constexpr int kWordMargin = 4;  // around words in a picture's place
+constexpr int kWordMargin = 8;  // around words in a picture's place
 
 // Shades of a button's colour, in percent.
 constexpr int kBorderShade = 180;
@@ -145,9 +145,14 @@ void FitFont(QLabel& label, const TextLook& look, int leastPixels) {
 QIcon LoadPicture(std::initializer_list<const char*> files) {
   const QString folder = QString::fromStdString(platform::ProgramFolder()) + "/images/";
   QIcon picture;
-  for (const char* const file : files)
-    picture.addFile(folder + file);
-  return picture.availableSizes().isEmpty() ? QIcon() : picture;
+  for (const char* const file : files) {
+    if (!picture.isNull() && qApp->devicePixelRatio() <= 1) break;
+    QPixmap pixmap(folder + file);
+    // An icon would show a picture that is marked as made for 2 dots a pixel at that scale alone.
+    pixmap.setDevicePixelRatio(1);
+    if (!pixmap.isNull()) picture.addPixmap(pixmap);
+  }
+  return picture;
 }
 
 void PaintPicture(QWidget& widget, const QIcon& picture, QSize size) {

@@ -79,9 +79,9 @@ QPushButton* AddButton(QWidget& window, const Control& control, QRgb colour);
 /// for. Of a text that fits in none the label cuts off the rest.
 void FitFont(QLabel& label, const TextLook& look, int leastPixels);
 
-/// The picture of these files in the folder `images` beside the program: the file of the size that
-/// the screen's dots ask for, also one with "@2x" in its name. Null if none can be had: then a
-/// window shows words instead.
+/// The picture that these files in the folder `images` beside the program hold at growing sizes,
+/// the first for a screen of one dot a pixel. Null if none can be had: then a window shows words
+/// instead.
 QIcon LoadPicture(std::initializer_list<const char*> files);
 
 /// Paints `picture`, `size` pixels big, into the middle of `widget`; smooth at every scale of the

