@@ -107,10 +107,7 @@ SmallWindow::SmallWindow(const WindowLook& look) {
   setObjectName(look.name);
   setWindowTitle(look.caption);
   setFixedSize(look.width, look.height);
-  QPalette colours(QColor(kPlainGrey), QColor(look.background));
-  colours.setColor(QPalette::ToolTipBase, QColor(kWhite));
-  colours.setColor(QPalette::ToolTipText, QColor(kBlack));
-  setPalette(colours);
+  setPalette(QPalette(QColor(kPlainGrey), QColor(look.background)));
   const QRect screenRoom = screen()->availableGeometry();
   move(std::max(screenRoom.left(), screenRoom.center().x() - width() / 2),
        std::max(screenRoom.top(), screenRoom.center().y() - height() / 2));
