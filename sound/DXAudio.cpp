@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cmath>
 #include <filesystem>
 #include <string_view>
+#include <utility>
 
 #include "platform/Events.h"
 #include "platform/Program.h"
@@ -14,29 +16,32 @@
 
 namespace glimmerfall {
 
-using platform::GraphEvent;
-
 namespace {
 
-// Hundredths of a decibel.
-constexpr int32 kFirstMusicVolume = -900;
+using platform::GraphEvent;
+
+// Levels in hundredths of a decibel.
+constexpr int32 kStartMusicVolume = -900;
+constexpr int32 kForegroundVolume = 0;
+constexpr int32 kForeground2Volume = -300;
 constexpr int32 kSilence = -10000;
 constexpr int32 kFullLevel = 0;
-constexpr int32 kForeground2Level = -300;
 
-constexpr std::array<std::string_view, 4> kSoundEndings = {".WAV", ".MP3", ".MID", ".WMA"};
-constexpr std::size_t kEndingLength = 4;
+constexpr std::array<std::string_view, 4> kSoundFileEndings = {".WAV", ".MP3", ".MID", ".WMA"};
 
-bool IsSoundFile(std::string name) {
+bool IsSoundFile(const std::string& name) {
+  constexpr std::size_t kEndingLength = 4;
   if (name.size() < kEndingLength) return false;
-  std::transform(name.begin(), name.end(), name.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-  const std::string ending = name.substr(name.size() - kEndingLength);
-  return std::find(kSoundEndings.begin(), kSoundEndings.end(), ending) != kSoundEndings.end();
+  std::string ending = name.substr(name.size() - kEndingLength);
+  for (char& letter : ending)
+    letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
+  return std::find(kSoundFileEndings.begin(), kSoundFileEndings.end(), ending) !=
+         kSoundFileEndings.end();
 }
 
-bool HasEnded(platform::FilterGraph& graph) {
-  return graph.WaitForCompletion() != GraphEvent::None;
+bool FileExists(const std::string& path) {
+  std::error_code ignored;
+  return std::filesystem::is_regular_file(path, ignored);
 }
 
 }  // namespace
@@ -51,12 +56,13 @@ Flag DXAudio::BackgroundPaused() const {
 }
 
 void DXAudio::AddDirectory(const std::string& path) {
+  namespace fs = std::filesystem;
   std::error_code failed;
-  std::filesystem::directory_iterator entry(path, failed);
-  for (; !failed && entry != std::filesystem::directory_iterator(); entry.increment(failed)) {
-    std::error_code unknown;
-    if (entry->is_regular_file(unknown) && IsSoundFile(entry->path().filename().string()))
-      AddFile(entry->path().string());
+  for (fs::directory_iterator file(path, failed), end; !failed && file != end;
+       file.increment(failed)) {
+    const std::string name = file->path().filename().string();
+    std::error_code unreadable;
+    if (IsSoundFile(name) && file->is_regular_file(unreadable)) AddFile(path + name);
   }
 }
 
@@ -66,9 +72,11 @@ void DXAudio::AddFile(const std::string& path) {
 
 void DXAudio::StartBackground() {
   if (playlist.size() <= 1) return;
+  const std::size_t files = playlist.size() - 1;
   platform::Randomize(platform::Timer());
-  const auto files = static_cast<float64>(playlist.size() - 1);
-  OpenBackground(playlist[static_cast<std::size_t>(platform::Rnd() * files) + 1]);
+  const double draw = platform::Rnd();
+  const auto index = static_cast<std::size_t>(std::floor(draw * static_cast<double>(files))) + 1;
+  OpenBackground(playlist[index]);
 }
 
 void DXAudio::PlayBackground(const std::string& File) {
@@ -86,37 +94,42 @@ void DXAudio::OpenBackground(const std::string& path) {
 }
 
 void DXAudio::PlayForeground(const std::string& AudioFile) {
-  OpenForeground(platform::ProgramFolder() + "/sounds/" + AudioFile, kFullLevel);
+  const std::string path = platform::ProgramFolder() + "/sounds/" + AudioFile;
+  if (OpenForeground(path, kForegroundVolume)) foregroundStartPending = kTrue;
+  SettleForeground();
   platform::LetEventsRun();
 }
 
 void DXAudio::PlayForeground2(const std::string& AudioFile) {
-  OpenForeground(platform::ProgramFolder() + "/sound/" + AudioFile, kForeground2Level);
+  const std::string path = platform::ProgramFolder() + "/sound/" + AudioFile;
+  if (!OpenForeground(path, kForeground2Volume)) return;
+  foregroundOpening->Run();
+  SettleForeground();
+}
+
+bool DXAudio::OpenForeground(const std::string& path, int32 volume) {
+  if (!FileExists(path)) return false;
+  const auto graph = platform::CreateFilterGraph();
+  if (!graph->RenderFile(path)) return false;
+  graph->SetVolume(volume);
+  foregroundOpening = graph;
+  return true;
+}
+
+void DXAudio::SettleForeground() {
+  if (!foregroundOpening) return;
+  if (foregroundOpening->WaitForCompletion() == GraphEvent::RenderFailed) {
+    foregroundOpening.reset();
+  } else if (foregroundOpening->IsRendered()) {
+    foregroundControl = std::exchange(foregroundOpening, nullptr);
+  }
+}
+
+void DXAudio::StartPendingForeground() {
   if (foregroundStartPending == kFalse) return;
   foregroundStartPending = kFalse;
-  foregroundControl->Run();
-}
-
-// A sound that never came to play gives way without a trace, one that plays goes on for now.
-void DXAudio::OpenForeground(const std::string& path, int32 volume) {
-  auto graph = platform::CreateFilterGraph();
-  if (!graph->RenderFile(path)) return;
-  SettleForeground();
-  if (!outgoingForeground) outgoingForeground = std::move(foregroundControl);
-  foregroundControl = std::move(graph);
-  foregroundControl->SetVolume(volume);
-  foregroundStartPending = kTrue;
-}
-
-// Decides between the new sound and the one that it replaces, once it can be known.
-void DXAudio::SettleForeground() {
-  if (!foregroundControl) return;
-  if (foregroundControl->IsRendered()) {
-    outgoingForeground.reset();
-  } else if (foregroundControl->WaitForCompletion() == GraphEvent::RenderFailed) {
-    foregroundControl = std::move(outgoingForeground);
-    foregroundStartPending = kFalse;
-  }
+  const auto& graph = foregroundOpening ? foregroundOpening : foregroundControl;
+  if (graph) graph->Run();
 }
 
 void DXAudio::PauseBackground() {
@@ -144,47 +157,50 @@ void DXAudio::StopBackground() {
 }
 
 void DXAudio::StopForeground() {
-  if (!foregroundControl) return;
-  outgoingForeground.reset();
+  if (!foregroundControl && !foregroundOpening) return;
   foregroundControl.reset();
-  foregroundStartPending = kFalse;
+  foregroundOpening.reset();
   if (backgroundControl && backgroundControl->GetVolume() < backgroundLevel)
     backgroundControl->SetVolume(backgroundLevel);
 }
 
 void DXAudio::Poll() {
-  if (foregroundStartPending != kFalse && foregroundControl) {
-    foregroundStartPending = kFalse;
-    foregroundControl->Run();
-  }
-  PollBackground();
   SettleForeground();
+  StartPendingForeground();
+  FollowBackground();
   if (foregroundControl) foregroundEventCode = foregroundControl->WaitForCompletion();
 }
 
-// A file that cannot be rendered ends the music for the run; one that broke off has ended.
-void DXAudio::PollBackground() {
+void DXAudio::FollowBackground() {
   if (!backgroundControl) return;
   backgroundEventCode = backgroundControl->WaitForCompletion();
   if (backgroundEventCode == GraphEvent::None) return;
   StopBackground();
+  // A file that could not be rendered ends the music: nothing tries the next one.
   if (backgroundEventCode != GraphEvent::RenderFailed) StartBackground();
 }
 
 int32 DXAudio::InitDXAudio() {
-  musicVolume = kFirstMusicVolume;
+  musicVolume = kStartMusicVolume;
   playlist.assign(1, "");
-  backgroundLevel = 0;
+  backgroundLevel = kFullLevel;
   foregroundStartPending = kFalse;
   return 0;
 }
 
 Flag DXAudio::ForegroundIsStopped() {
-  return foregroundControl && HasEnded(*foregroundControl) ? kTrue : kFalse;
+  SettleForeground();
+  if (!foregroundControl || foregroundOpening) return kFalse;
+  foregroundEventCode = foregroundControl->WaitForCompletion();
+  return foregroundEventCode != GraphEvent::None ? kTrue : kFalse;
 }
 
 Flag DXAudio::BackgroundIsStopped() {
-  return backgroundControl && HasEnded(*backgroundControl) ? kTrue : kFalse;
+  if (!backgroundControl) return kFalse;
+  backgroundEventCode = backgroundControl->WaitForCompletion();
+  const bool ended =
+      backgroundEventCode != GraphEvent::None && backgroundEventCode != GraphEvent::RenderFailed;
+  return ended ? kTrue : kFalse;
 }
 
 }  // namespace glimmerfall

@@ -56,21 +56,22 @@ class DXAudio {
 
  private:
   void OpenBackground(const std::string& path);
-  void OpenForeground(const std::string& path, int32 volume);
+  void FollowBackground();
+  /// Opens the file at `path` beside the sound that may still play. False if it does not exist.
+  bool OpenForeground(const std::string& path, int32 volume);
+  /// Lets an opened sound take the place of the earlier one as soon as it proves playable.
   void SettleForeground();
-  void PollBackground();
+  void StartPendingForeground();
 
   std::shared_ptr<platform::FilterGraph> backgroundControl;
   std::shared_ptr<platform::FilterGraph> foregroundControl;
-  /// The sound that foregroundControl replaces; it plays on until the new file has turned out to be
-  /// playable, and comes back if it is not.
-  std::shared_ptr<platform::FilterGraph> outgoingForeground;
-  platform::GraphEvent backgroundEventCode = platform::GraphEvent::None;
+  std::shared_ptr<platform::FilterGraph> foregroundOpening;  ///< not yet known to be playable
+  platform::GraphEvent backgroundEventCode = platform::GraphEvent::None;  ///< None: not ended
   platform::GraphEvent foregroundEventCode = platform::GraphEvent::None;
   Flag backgroundIsPaused = kFalse;
-  int32 backgroundLevel = 0;             ///< hundredths of a decibel, last set by BackgroundVolume
-  std::vector<std::string> playlist;     ///< full paths; slot 0 stays empty
-  Flag foregroundStartPending = kFalse;  ///< opened, and waits for the next Poll to run
+  int32 backgroundLevel = 0;  ///< hundredths of a decibel, last set by BackgroundVolume
+  std::vector<std::string> playlist = {""};  ///< full paths; slot 0 stays empty
+  Flag foregroundStartPending = kFalse;      ///< opened, and waits for the next Poll to run
 };
 
 }  // namespace glimmerfall

@@ -35,7 +35,7 @@ QIcon ProgramIcon() {
 
 int main(int argc, char** argv) {
   qInstallMessageHandler(EndOnFatal);
-  platform::desktop::WarmUpMedia();
+  platform::WarmUpMedia();
   QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
   QApplication application(argc, argv);
   QApplication::setApplicationName("Glimmerfall");

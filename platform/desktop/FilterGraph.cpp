@@ -1,193 +1,116 @@
 // SPDX-License-Identifier: MIT
-// Filter graphs on GStreamer's playbin. All calls into the library are made on a thread of its own,
-// since opening a sound output may wait for a server and taking a MIDI chain down for a
-// synthesizer; the game's thread only posts jobs and reads what the chain has reported.
+// The filter graphs of the desktop: each hands its work to the media threads.
 #include "platform/FilterGraph.h"
 
-#include <unistd.h>
+#include <gst/gst.h>
 
-#include <atomic>
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <utility>
 
-#include "platform/desktop/Decibels.h"
 #include "platform/desktop/Media.h"
-#include "platform/desktop/Worker.h"
+#include "platform/desktop/MediaStream.h"
+#include "platform/desktop/WorkQueue.h"
 
 namespace platform {
 
 namespace {
 
-using desktop::Worker;
+constexpr const char* kDefaultSink = "autoaudiosink";
 
-constexpr int kPlayAudioOnly = 0x2;  // playbin's flag for audio alone
-constexpr const char* kSoundFont = "/usr/share/sounds/sf2/TimGM6mb.sf2";
-// Sets MIDI level with the other files; the pieces are mixed at this gain.
-constexpr double kSynthGain = 0.6;
+constexpr std::int32_t kSilence = -10000;  // hundredths of a decibel
+constexpr std::int32_t kFullLevel = 0;
+constexpr double kHundredthsPerDecade = 2000;
 
-std::atomic<GstElement* (*)()> audioSinkMaker = nullptr;
+double GainOf(std::int32_t hundredths) {
+  return hundredths <= kSilence ? 0 : std::pow(10.0, hundredths / kHundredthsPerDecade);
+}
 
-// The threads live as long as the program, which ends without waiting for them.
-Worker& MediaThread() {
-  static auto* const thread = [] {
-    auto* const worker = new Worker;
-    worker->Post([] { gst_init_check(nullptr, nullptr, nullptr); });
-    return worker;
+void InitLibrary() {
+  gst_init_check(nullptr, nullptr, nullptr);
+}
+
+// Its first work brings the library up; streams that were asked for before that wait their turn.
+WorkQueue& OpeningQueue() {
+  static WorkQueue& queue = []() -> WorkQueue& {
+    auto* made = new WorkQueue;
+    made->Post(InitLibrary);
+    return *made;
   }();
-  return *thread;
+  return queue;
 }
 
-// Apart from the media thread, so that a chain that is slow to end delays no other's start.
-Worker& DisposalThread() {
-  static auto* const thread = new Worker;
-  return *thread;
+WorkQueue& ClosingQueue() {
+  static WorkQueue& queue = *new WorkQueue;
+  return queue;
 }
 
-// What is shared with the library's threads. The elements are touched on the media thread alone.
-struct Chain {
-  std::atomic<bool> rendered = false;
-  std::atomic<GraphEvent> event = GraphEvent::None;
-  GstElement* playbin = nullptr;
-  GstElement* volume = nullptr;
-  double gain = 1;
-};
-
-using ChainRef = std::shared_ptr<Chain>;
-
-// The first end counts: a chain may report several errors in a row.
-void Report(Chain& chain, GraphEvent event) {
-  GraphEvent none = GraphEvent::None;
-  chain.event.compare_exchange_strong(none, event);
+bool CanBeOpened(const std::string& path) {
+  std::error_code failed;
+  return std::filesystem::is_regular_file(path, failed) && std::ifstream(path).is_open();
 }
 
-GstBusSyncReply HandleMessage(GstBus*, GstMessage* message, gpointer data) {
-  Chain& chain = **static_cast<ChainRef*>(data);
-  switch (GST_MESSAGE_TYPE(message)) {
-    case GST_MESSAGE_ASYNC_DONE:
-      chain.rendered = true;
-      break;
-    case GST_MESSAGE_EOS:
-      Report(chain, chain.rendered ? GraphEvent::Complete : GraphEvent::RenderFailed);
-      break;
-    case GST_MESSAGE_ERROR:
-      Report(chain, chain.rendered ? GraphEvent::ErrorAbort : GraphEvent::RenderFailed);
-      break;
-    default:
-      break;
-  }
-  gst_message_unref(message);
-  return GST_BUS_DROP;
-}
-
-void ListenTo(const ChainRef& chain) {
-  GstBus* bus = gst_element_get_bus(chain->playbin);
-  gst_bus_set_sync_handler(bus, HandleMessage, new ChainRef(chain),
-                           [](gpointer data) { delete static_cast<ChainRef*>(data); });
-  gst_object_unref(bus);
-}
-
-// The synthesizer takes the first sound font that it finds, unless it is told.
-void SetUpElement(GstElement*, GstElement* element, gpointer) {
-  const GstElementFactory* factory = gst_element_get_factory(element);
-  if (factory == nullptr) return;
-  if (g_strcmp0(GST_OBJECT_NAME(factory), "fluiddec") != 0) return;
-  g_object_set(element, "soundfont", kSoundFont, "synth-gain", kSynthGain, nullptr);
-}
-
-// A level of its own within the chain: the sound server would keep the program's last one.
-void BuildChain(const ChainRef& chain, const std::string& path) {
-  chain->playbin = gst_element_factory_make("playbin", nullptr);
-  chain->volume = gst_element_factory_make("volume", nullptr);
-  gchar* uri = gst_filename_to_uri(path.c_str(), nullptr);
-  if (chain->playbin == nullptr || chain->volume == nullptr || uri == nullptr) {
-    Report(*chain, GraphEvent::RenderFailed);
-    gst_clear_object(&chain->playbin);
-    gst_clear_object(&chain->volume);
-    g_free(uri);
-    return;
-  }
-  g_object_set(chain->volume, "volume", chain->gain, nullptr);
-  g_object_set(chain->playbin, "uri", uri, "flags", kPlayAudioOnly, "audio-filter", chain->volume,
-               nullptr);
-  g_free(uri);
-  if (GstElement * (*maker)() = audioSinkMaker)
-    g_object_set(chain->playbin, "audio-sink", maker(), nullptr);
-  g_signal_connect(chain->playbin, "element-setup", G_CALLBACK(SetUpElement), nullptr);
-  ListenTo(chain);
-}
-
-void SetState(Chain& chain, GstState state) {
-  if (chain.playbin == nullptr) return;
-  if (gst_element_set_state(chain.playbin, state) == GST_STATE_CHANGE_FAILURE)
-    Report(chain, chain.rendered ? GraphEvent::ErrorAbort : GraphEvent::RenderFailed);
-}
-
-void Dispose(Chain& chain) {
-  if (chain.playbin == nullptr) return;
-  DisposalThread().Post([playbin = chain.playbin] {
-    gst_element_set_state(playbin, GST_STATE_NULL);
-    gst_object_unref(playbin);
-  });
-  chain.playbin = chain.volume = nullptr;
-}
-
-class PlaybinGraph : public FilterGraph {
+class DesktopGraph : public FilterGraph {
  public:
-  PlaybinGraph() : chain_(std::make_shared<Chain>()) {}
-  PlaybinGraph(const PlaybinGraph&) = delete;
-  PlaybinGraph& operator=(const PlaybinGraph&) = delete;
-  ~PlaybinGraph() override {
-    MediaThread().Post([chain = chain_] { Dispose(*chain); });
+  explicit DesktopGraph(const std::string& sink) : stream_(std::make_shared<MediaStream>(sink)) {}
+  DesktopGraph(const DesktopGraph&) = delete;
+  DesktopGraph& operator=(const DesktopGraph&) = delete;
+  // What was asked of the stream before comes first, and only then is it taken down.
+  ~DesktopGraph() override {
+    OpeningQueue().Post([stream = std::move(stream_)]() mutable {
+      ClosingQueue().Post([closing = std::move(stream)] { closing->Close(); });
+    });
   }
 
   bool RenderFile(const std::string& path) override {
-    if (access(path.c_str(), R_OK) != 0) return false;
-    MediaThread().Post([chain = chain_, path] {
-      BuildChain(chain, path);
-      SetState(*chain, GST_STATE_PAUSED);
-    });
+    if (!CanBeOpened(path)) return false;
+    Post([path](MediaStream& stream) { stream.Open(path); });
     return true;
   }
   void Run() override { PostState(GST_STATE_PLAYING); }
   void Pause() override { PostState(GST_STATE_PAUSED); }
-  void Stop() override { PostState(GST_STATE_READY); }
-
+  // A stopped stream keeps its place. It is not taken down before it is let go, which may block.
+  void Stop() override { PostState(GST_STATE_PAUSED); }
   void SetVolume(std::int32_t hundredths) override {
-    volume_ = std::clamp(hundredths, kSilence, 0);
-    MediaThread().Post([chain = chain_, gain = desktop::GainOf(volume_)] {
-      chain->gain = gain;
-      if (chain->volume != nullptr) g_object_set(chain->volume, "volume", chain->gain, nullptr);
-    });
+    volume_ = std::clamp(hundredths, kSilence, kFullLevel);
+    Post([gain = GainOf(volume_)](MediaStream& stream) { stream.SetGain(gain); });
   }
   std::int32_t GetVolume() const override { return volume_; }
-  bool IsRendered() override { return chain_->rendered; }
-  GraphEvent WaitForCompletion() override { return chain_->event; }
+  bool IsRendered() override { return stream_->IsRendered(); }
+  GraphEvent WaitForCompletion() override { return stream_->Event(); }
 
  private:
-  static constexpr std::int32_t kSilence = -10000;
-
+  template <typename Work>
+  void Post(Work work) {
+    OpeningQueue().Post([stream = stream_, work = std::move(work)] { work(*stream); });
+  }
   void PostState(GstState state) {
-    MediaThread().Post([chain = chain_, state] { SetState(*chain, state); });
+    Post([state](MediaStream& stream) { stream.SetState(state); });
   }
 
-  ChainRef chain_;
-  std::int32_t volume_ = 0;
+  std::shared_ptr<MediaStream> stream_;
+  std::int32_t volume_ = kFullLevel;
 };
 
 }  // namespace
 
-std::shared_ptr<FilterGraph> CreateFilterGraph() {
-  return std::make_shared<PlaybinGraph>();
-}
-
-namespace desktop {
-
 void WarmUpMedia() {
-  MediaThread();
+  OpeningQueue();
 }
 
-void SetAudioSinkMaker(GstElement* (*maker)()) {
-  audioSinkMaker = maker;
+std::shared_ptr<FilterGraph> CreateFilterGraphInto(const std::string& sink) {
+  return std::make_shared<DesktopGraph>(sink);
 }
 
-}  // namespace desktop
+std::shared_ptr<FilterGraph> CreateFilterGraph() {
+  return CreateFilterGraphInto(kDefaultSink);
+}
+
+void WaitUntilMediaIdle() {
+  OpeningQueue().WaitUntilIdle();
+  ClosingQueue().WaitUntilIdle();
+}
 
 }  // namespace platform

@@ -1,17 +1,24 @@
 // SPDX-License-Identifier: MIT
-// The media library behind the filter graphs.
+// The media library behind the filter graphs. It is used on two threads of its own alone, one that
+// opens and steers streams and one that takes them down, so that the game's thread never waits.
 #pragma once
 
-#include <gst/gst.h>
+#include <memory>
+#include <string>
 
-namespace platform::desktop {
+#include "platform/FilterGraph.h"
 
-/// Begins to bring the media library up, on a thread of its own; the first run on a machine takes
-/// most of a second. Graphs may be made before it is ready.
+namespace platform {
+
+/// Begins to bring the library up and returns at once. The start of the program calls it first of
+/// all, so that the first track need not wait; further calls do nothing.
 void WarmUpMedia();
 
-/// Makes the end of each graph's chain, called on the media thread; nullptr, as at the start, for
-/// the desktop's own sound output.
-void SetAudioSinkMaker(GstElement* (*maker)());
+/// A graph that plays into `sink`, a pipeline description in the words of the library. The game's
+/// graphs play into the default sound device; a test reads the samples instead.
+std::shared_ptr<FilterGraph> CreateFilterGraphInto(const std::string& sink);
 
-}  // namespace platform::desktop
+/// Waits until every stream that was let go is taken down. For tests alone: the game never waits.
+void WaitUntilMediaIdle();
+
+}  // namespace platform

@@ -1,106 +1,177 @@
 // SPDX-License-Identifier: MIT
-// Sound buffers: one source each, so that a second play restarts it and different ones mix.
-#include "platform/desktop/SoundDevice.h"
+// The sound device of the desktop. When its output goes away the sounds go on silently, and a new
+// output is tried for off the game's thread.
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <future>
+#include <thread>
+#include <utility>
+
+#include "platform/Error.h"
 #include "platform/Sound.h"
-#include "platform/desktop/Decibels.h"
-#include "platform/desktop/Mixer.h"
-#include "platform/desktop/WaveFile.h"
+#include "platform/desktop/SoundMix.h"
 
 namespace platform {
 
 namespace {
 
-using desktop::Mixer;
-using desktop::StereoSamples;
+using Clock = std::chrono::steady_clock;
+using MixOwner = std::unique_ptr<SoundMix>;
 
-// The source and the data of a sound on one device.
-class Voice {
+constexpr std::chrono::seconds kBetweenTries{1};
+constexpr std::chrono::milliseconds kLongestClose{300};
+constexpr std::int32_t kSilence = -10000;  // hundredths of a decibel
+constexpr std::int32_t kFullLevel = 0;
+constexpr double kHundredthsPerDecade = 2000;
+constexpr std::int32_t kBytesPerFrame = 4;
+
+float GainOf(std::int32_t hundredths) {
+  if (hundredths <= kSilence) return 0;
+  return static_cast<float>(
+      std::pow(10.0, std::min(hundredths, kFullLevel) / kHundredthsPerDecade));
+}
+
+// Runs on a thread of its own. Unlike std::async, letting go of the result does not wait.
+template <typename Work>
+auto RunApart(Work work) {
+  std::packaged_task<decltype(work())()> task(std::move(work));
+  auto result = task.get_future();
+  std::thread(std::move(task)).detach();
+  return result;
+}
+
+MixOwner BuildMix(const SoundOutput& output, const std::vector<WaveRef>& waves) {
+  try {
+    auto mix = std::make_unique<SoundMix>(output);
+    for (const WaveRef& wave : waves)
+      mix->Add(wave);
+    return mix;
+  } catch (const Error&) {
+    return nullptr;
+  }
+}
+
+// The output that is there now, if any, and all sounds that belong on it.
+class Mixer {
  public:
-  Voice(const StereoSamples& sound, const Mixer& mixer)
-      : mixer_(mixer), generation_(mixer.Generation()) {
-    alGenBuffers(1, &buffer_);
-    alBufferData(buffer_, AL_FORMAT_STEREO16, sound.samples.data(),
-                 static_cast<ALsizei>(sound.samples.size() * sizeof(std::int16_t)), sound.rate);
-    alGenSources(1, &source_);
-    alSourcei(source_, AL_BUFFER, static_cast<ALint>(buffer_));
-  }
-  Voice(const Voice&) = delete;
-  Voice& operator=(const Voice&) = delete;
-  // What was made for an older device went with it, and its names may belong to others by now. An
-  // attached buffer cannot be deleted.
-  ~Voice() {
-    if (!IsCurrent()) return;
-    alSourceStop(source_);
-    alSourcei(source_, AL_BUFFER, AL_NONE);
-    alDeleteSources(1, &source_);
-    alDeleteBuffers(1, &buffer_);
-  }
+  explicit Mixer(SoundOutput output)
+      : output_(std::move(output)), mix_(std::make_unique<SoundMix>(output_)) {}
+  Mixer(const Mixer&) = delete;
+  Mixer& operator=(const Mixer&) = delete;
+  ~Mixer();
 
-  bool IsCurrent() const { return generation_ == mixer_.Generation(); }
-  void SetGain(float gain) const { alSourcef(source_, AL_GAIN, gain); }
-  void Rewind() const { alSourceRewind(source_); }
-  void Play() const { alSourcePlay(source_); }
+  void Add(const WaveRef& wave);
+  void Remove(const WaveRef& wave);
+  /// The output with `wave` on it, or null. Tries for a new one if the old has gone.
+  SoundMix* MixFor(const WaveRef& wave);
 
  private:
-  const Mixer& mixer_;
-  int generation_;
-  ALuint buffer_ = 0;
-  ALuint source_ = 0;
+  void TakeRebuiltMix();
+  void Rebuild();
+
+  SoundOutput output_;
+  std::vector<WaveRef> waves_;
+  MixOwner mix_;
+  std::future<MixOwner> rebuilding_;
+  Clock::time_point nextTry_;
 };
 
-class EffectBuffer : public SoundBuffer {
- public:
-  EffectBuffer(std::shared_ptr<Mixer> mixer, StereoSamples sound)
-      : mixer_(std::move(mixer)), sound_(std::move(sound)) {
-    PrepareVoice();
+// Closing an output that no longer answers must not hold up the end of the program.
+Mixer::~Mixer() {
+  if (rebuilding_.valid()) rebuilding_.wait_for(kLongestClose);
+  RunApart([mix = std::make_shared<MixOwner>(std::move(mix_))] {
+    mix->reset();
+  }).wait_for(kLongestClose);
+}
+
+void Mixer::Add(const WaveRef& wave) {
+  waves_.push_back(wave);
+  if (mix_) mix_->Add(wave);
+}
+
+void Mixer::Remove(const WaveRef& wave) {
+  std::erase(waves_, wave);
+  if (mix_) mix_->Remove(wave);
+}
+
+SoundMix* Mixer::MixFor(const WaveRef& wave) {
+  TakeRebuiltMix();
+  if (!mix_ || !mix_->IsConnected()) Rebuild();
+  if (!mix_) return nullptr;
+  try {
+    mix_->Add(wave);  // a sound that came while the output was being rebuilt
+  } catch (const Error&) {
+    return nullptr;
   }
+  return mix_.get();
+}
+
+void Mixer::TakeRebuiltMix() {
+  if (!rebuilding_.valid()) return;
+  if (rebuilding_.wait_for(std::chrono::seconds{0}) == std::future_status::ready)
+    mix_ = rebuilding_.get();
+}
+
+void Mixer::Rebuild() {
+  if (rebuilding_.valid() || Clock::now() < nextTry_) return;
+  nextTry_ = Clock::now() + kBetweenTries;
+  rebuilding_ = RunApart(
+      [lost = std::make_shared<MixOwner>(std::move(mix_)), output = output_, waves = waves_] {
+        lost->reset();
+        return BuildMix(output, waves);
+      });
+}
+
+class DesktopBuffer : public SoundBuffer {
+ public:
+  DesktopBuffer(std::shared_ptr<Mixer> mixer, WaveData wave)
+      : mixer_(std::move(mixer)), wave_(std::make_shared<WaveData>(std::move(wave))) {
+    mixer_->Add(wave_);
+  }
+  DesktopBuffer(const DesktopBuffer&) = delete;
+  DesktopBuffer& operator=(const DesktopBuffer&) = delete;
+  ~DesktopBuffer() override { mixer_->Remove(wave_); }
 
   void SetVolume(std::int32_t hundredths) override {
-    gain_ = desktop::GainOf(hundredths);
-    if (PrepareVoice()) voice_->SetGain(gain_);
+    gain_ = GainOf(hundredths);
+    if (SoundMix* mix = mixer_->MixFor(wave_)) mix->SetGain(wave_, gain_);
   }
-  void SetCurrentPosition(std::int32_t) override {
-    if (PrepareVoice()) voice_->Rewind();
+  void SetCurrentPosition(std::int32_t position) override {
+    if (SoundMix* mix = mixer_->MixFor(wave_)) mix->SetFrame(wave_, position / kBytesPerFrame);
   }
   void Play() override {
-    if (PrepareVoice()) voice_->Play();
+    SoundMix* mix = mixer_->MixFor(wave_);
+    if (mix == nullptr) return;
+    mix->SetGain(wave_, gain_);  // the output may have changed since the volume was set
+    mix->Play(wave_);
   }
 
  private:
-  bool PrepareVoice() {
-    if (!mixer_->IsReady()) return false;
-    if (voice_ && voice_->IsCurrent()) return true;
-    voice_.reset();
-    voice_ = std::make_unique<Voice>(sound_, *mixer_);
-    voice_->SetGain(gain_);
-    return true;
-  }
-
   std::shared_ptr<Mixer> mixer_;
-  StereoSamples sound_;
+  WaveRef wave_;
   float gain_ = 1;
-  std::unique_ptr<Voice> voice_;
 };
 
-// The device mixes by itself, so its own buffer has nothing to do.
-class MixBuffer : public SoundBuffer {
+// The device mixes by itself; nothing is asked of its own buffer.
+class PrimaryBuffer : public SoundBuffer {
  public:
   void SetVolume(std::int32_t) override {}
   void SetCurrentPosition(std::int32_t) override {}
   void Play() override {}
 };
 
-class MixerDevice : public SoundDevice {
+class DesktopSoundDevice : public SoundDevice {
  public:
-  explicit MixerDevice(std::shared_ptr<Mixer> mixer) : mixer_(std::move(mixer)) {}
+  explicit DesktopSoundDevice(SoundOutput output)
+      : mixer_(std::make_shared<Mixer>(std::move(output))) {}
 
-  // Sharing the device with other programs needs nothing of the window.
   void SetCooperativeLevel(WindowHandle) override {}
   std::shared_ptr<SoundBuffer> CreateSoundBuffer() override {
-    return std::make_shared<MixBuffer>();
+    return std::make_shared<PrimaryBuffer>();
   }
   std::shared_ptr<SoundBuffer> CreateSoundBufferFromFile(const std::string& path) override {
-    return std::make_shared<EffectBuffer>(mixer_, desktop::ReadWaveFile(path));
+    return std::make_shared<DesktopBuffer>(mixer_, ReadWaveFile(path));
   }
 
  private:
@@ -109,16 +180,12 @@ class MixerDevice : public SoundDevice {
 
 }  // namespace
 
+std::shared_ptr<SoundDevice> CreateSoundDevice(SoundOutput output) {
+  return std::make_shared<DesktopSoundDevice>(std::move(output));
+}
+
 std::shared_ptr<SoundDevice> DirectSoundCreate() {
-  return desktop::CreateSoundDevice(std::make_shared<Mixer>());
+  return CreateSoundDevice(DefaultSoundOutput());
 }
-
-namespace desktop {
-
-std::shared_ptr<SoundDevice> CreateSoundDevice(std::shared_ptr<Mixer> mixer) {
-  return std::make_shared<MixerDevice>(std::move(mixer));
-}
-
-}  // namespace desktop
 
 }  // namespace platform

@@ -1,22 +1,26 @@
 // SPDX-License-Identifier: MIT
-// Wave files, read whole into memory.
+// Wave files read whole into memory, for the sound device.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-namespace platform::desktop {
+namespace platform {
 
-/// Samples for two loudspeakers, left and right in turn. A file of one channel stands on both at
-/// its own level, which a mixer that places a single channel between two would not keep.
-struct StereoSamples {
-  int rate = 0;  ///< frames a second
-  std::vector<std::int16_t> samples;
+/// A decoded sound. Mono files stand on both channels, so that every sound is mixed at the same
+/// level.
+struct WaveData {
+  std::int32_t framesPerSecond = 0;
+  std::vector<std::int16_t> samples;  ///< left and right in turn
+
+  std::int32_t Frames() const { return static_cast<std::int32_t>(samples.size() / 2); }
 };
 
-/// Reads the wave file at `path`. Throws Error for a file that is missing, no wave file, empty, cut
-/// short, longer than a minute, or of other than one or two channels.
-StereoSamples ReadWaveFile(const std::string& path);
+/// Reads a RIFF wave file of one or two channels, of any sample format that libsndfile decodes.
+/// Throws Error, with the path and the reason, for a file that is missing, no wave file, damaged,
+/// empty, or longer than a minute.
+/// Format: "Multimedia Programming Interface and Data Specifications 1.0", Microsoft and IBM, 1991.
+WaveData ReadWaveFile(const std::string& path);
 
-}  // namespace platform::desktop
+}  // namespace platform

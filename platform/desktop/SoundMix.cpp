@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "platform/desktop/SoundMix.h"
+
+#define AL_ALEXT_PROTOTYPES
+#include <AL/alext.h>
+
+#include <utility>
+
+#include "platform/Error.h"
+
+namespace platform {
+
+namespace {
+
+// The context of the calling thread for one operation. Each thread has its own, so that a new
+// output can be built beside a running game.
+class CurrentContext {
+ public:
+  explicit CurrentContext(ALCcontext* context) { alcSetThreadContext(context); }
+  CurrentContext(const CurrentContext&) = delete;
+  CurrentContext& operator=(const CurrentContext&) = delete;
+  ~CurrentContext() { alcSetThreadContext(nullptr); }
+};
+
+bool IsDeviceConnected(ALCdevice* device) {
+  if (alcIsExtensionPresent(device, "ALC_EXT_disconnect") == ALC_FALSE) return true;
+  ALCint connected = ALC_TRUE;
+  alcGetIntegerv(device, ALC_CONNECTED, 1, &connected);
+  return connected != ALC_FALSE;
+}
+
+}  // namespace
+
+SoundOutput DefaultSoundOutput() {
+  // The filters for headphones would change the level.
+  return {[] { return alcOpenDevice(nullptr); }, IsDeviceConnected, {ALC_HRTF_SOFT, ALC_FALSE, 0}};
+}
+
+SoundMix::SoundMix(const SoundOutput& output) : output_(output), device_(output.open()) {
+  if (device_ == nullptr) throw Error("No sound device can be opened.");
+  context_ = alcCreateContext(device_, output_.attributes.data());
+  if (context_ != nullptr) return;
+  alcCloseDevice(device_);
+  throw Error("The sound device cannot be set up.");
+}
+
+SoundMix::~SoundMix() {
+  {
+    const CurrentContext current(context_);
+    for (const auto& [wave, voice] : voices_)
+      DeleteVoice(voice);
+  }
+  alcDestroyContext(context_);
+  alcCloseDevice(device_);
+}
+
+bool SoundMix::IsConnected() const {
+  return output_.isConnected(device_);
+}
+
+void SoundMix::Add(const WaveRef& wave) {
+  if (voices_.contains(wave)) return;
+  const CurrentContext current(context_);
+  alGetError();
+  Voice voice;
+  alGenBuffers(1, &voice.buffer);
+  alBufferData(voice.buffer, AL_FORMAT_STEREO16, wave->samples.data(),
+               static_cast<ALsizei>(wave->samples.size() * sizeof(wave->samples[0])),
+               wave->framesPerSecond);
+  alGenSources(1, &voice.source);
+  alSourcei(voice.source, AL_BUFFER, static_cast<ALint>(voice.buffer));
+  if (alGetError() != AL_NO_ERROR) {
+    DeleteVoice(voice);
+    throw Error("The sound device does not take another sound.");
+  }
+  voices_.emplace(wave, voice);
+}
+
+void SoundMix::Remove(const WaveRef& wave) {
+  const auto found = voices_.find(wave);
+  if (found == voices_.end()) return;
+  const CurrentContext current(context_);
+  DeleteVoice(found->second);
+  voices_.erase(found);
+}
+
+// A buffer can be deleted only when no source holds it.
+void SoundMix::DeleteVoice(const Voice& voice) {
+  if (voice.source != 0) {
+    alSourceStop(voice.source);
+    alSourcei(voice.source, AL_BUFFER, 0);
+    alDeleteSources(1, &voice.source);
+  }
+  if (voice.buffer != 0) alDeleteBuffers(1, &voice.buffer);
+}
+
+void SoundMix::SetGain(const WaveRef& wave, float gain) {
+  const CurrentContext current(context_);
+  alSourcef(voices_.at(wave).source, AL_GAIN, gain);
+}
+
+void SoundMix::SetFrame(const WaveRef& wave, std::int32_t frame) {
+  const CurrentContext current(context_);
+  alSourcei(voices_.at(wave).source, AL_SAMPLE_OFFSET, frame);
+}
+
+void SoundMix::Play(const WaveRef& wave) {
+  const CurrentContext current(context_);
+  const ALuint source = voices_.at(wave).source;
+  ALint state = AL_INITIAL;
+  alGetSourcei(source, AL_SOURCE_STATE, &state);
+  if (state != AL_PLAYING) alSourcePlay(source);
+}
+
+}  // namespace platform
