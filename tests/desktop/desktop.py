@@ -207,10 +207,15 @@ class Game:
         """Starts the program and a game, and waits until the board stands."""
         self.start()
         self.choose(mode)
-        self.desktop.window(MAIN)
-        self.at_rest()
-        time.sleep(DEAL_REST)
+        self.dealt()
         return self
+
+    def dealt(self):
+        """The kinds of a new board, once it takes picks."""
+        self.desktop.window(MAIN)
+        kinds = self.at_rest()
+        time.sleep(DEAL_REST)
+        return kinds
 
     def activate(self):
         self.desktop.run("xdotool", "windowactivate", "--sync", str(self.desktop.window(MAIN)))
