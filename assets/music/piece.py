@@ -100,7 +100,7 @@ class Piece:
     title: str = ""
     output: str = "midi"
     key: str = "D"          # the major key of the signature, also for a minor piece
-    accidentals: tuple = ()
+    accidentals: tuple = () # notes outside the key; the checks hold the piece to them
     beats: int = 4
     beat_type: int = 4
     tempo: float = 100.0

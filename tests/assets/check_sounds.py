@@ -81,7 +81,8 @@ def report(name, criterion, value, bound, good):
 
 def report_range(name, criterion, value, low, high, unit=""):
     """Print a criterion that must lie between two bounds."""
-    report(name, criterion, f"{value:.2f}{unit}", f"{low:g} to {high:g}{unit}", low <= value <= high)
+    bound = f"{low:g} to {high:g}{unit}"
+    report(name, criterion, f"{value:.2f}{unit}", bound, low <= value <= high)
 
 
 def report_most(name, criterion, value, most, unit=""):

@@ -39,7 +39,8 @@ def check_pairs():
 def choose_sample():
     """Return the shipped files to rebuild."""
     songs = sorted((ROOT / "music").glob("*.mp3"), key=lambda path: path.stat().st_size)
-    return sorted((ROOT / "sounds").glob("*.wav")) + sorted((ROOT / "music").glob("*.mid")) + songs[:1]
+    scores = sorted((ROOT / "music").glob("*.mid"))
+    return sorted((ROOT / "sounds").glob("*.wav")) + scores + songs[:1]
 
 
 def compare_sample(sample, scratch):
@@ -50,8 +51,8 @@ def compare_sample(sample, scratch):
     for path in sample:
         built = pathlib.Path(scratch) / path.relative_to(ROOT)
         same = built.exists() and filecmp.cmp(path, built, shallow=False)
-        report(str(path.relative_to(ROOT)), same,
-               f"{path.stat().st_size} bytes {'the same' if same else 'differ from the rebuilt file'}")
+        told = "the same" if same else "differ from the rebuilt file"
+        report(str(path.relative_to(ROOT)), same, f"{path.stat().st_size} bytes {told}")
 
 
 def main():
