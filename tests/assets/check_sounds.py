@@ -30,7 +30,7 @@ SOUNDFONT = pathlib.Path("/usr/share/sounds/sf2/TimGM6mb.sf2")
 TOOLS = {"ffmpeg": "ffmpeg", "fluidsynth": "fluidsynth", "lame": "lame"}
 SYNTH_GAIN = 1.2
 # A synthesizer renders a note that never ends for ever.
-TOOL_TIMEOUT_S = 20
+TOOL_TIMEOUT_S = 60
 RATE = 44100
 FOLDERS_MB = 12.0
 
@@ -226,7 +226,7 @@ def follow_notes(song):
 
 
 def check_midi(path):
-    """Check the notes of a MIDI file; return False if it cannot be read."""
+    """Check the notes of a MIDI file; return False if it cannot be read or never ends."""
     name = path.stem
     try:
         song = mido.MidiFile(path)
@@ -246,7 +246,7 @@ def check_midi(path):
     report(name, "pitch classes off the key", str(strange), "none", not strange)
     report(name, "percussion off the list", str(sorted(drums - PERCUSSION)), "none",
            drums <= PERCUSSION)
-    return True
+    return stuck == 0
 
 
 def run_tool(*command):
