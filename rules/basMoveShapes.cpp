@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "rules/basMoveShapes.h"
 
+#include <array>
+
 #include "rules/basGameState.h"
 
 namespace glimmerfall {
@@ -12,14 +14,20 @@ constexpr int16 kAnchors = 6;  // places on a line with room for a run beyond th
 enum class Direction { Row, Column };
 
 // The board seen along one direction: `along` counts on the line of the run, `across` the lines.
+// The kinds are copied out once, with a border of none, since every shape reads each of them many
+// times.
 class Lines {
  public:
-  explicit Lines(Direction direction) : direction_(direction) {}
-
-  int16 Kind(int along, int across) const {
-    const MoveCell cell = At(along, across);
-    return CellKind(cell.x, cell.y);
+  explicit Lines(Direction direction) : direction_(direction) {
+    kinds_.fill(kNoKind);
+    for (int across = 0; across < kBoardCells; ++across)
+      for (int along = 0; along < kBoardCells; ++along) {
+        const MoveCell cell = At(along, across);
+        kinds_[Index(along, across)] = CellKind(cell.x, cell.y);
+      }
   }
+
+  int16 Kind(int along, int across) const { return kinds_[Index(along, across)]; }
 
   MoveCell At(int along, int across) const {
     const auto a = static_cast<int16>(along);
@@ -28,7 +36,15 @@ class Lines {
   }
 
  private:
+  static constexpr int kWidth = kBoardCells + 1;   // a line, and the border at its end
+  static constexpr int kHeight = kBoardCells + 2;  // the lines, and a border at both sides
+
+  static std::size_t Index(int along, int across) {
+    return static_cast<std::size_t>(along + kWidth * (across + 1));
+  }
+
   Direction direction_;
+  std::array<int16, std::size_t{kWidth} * kHeight> kinds_;
 };
 
 // The gem of the anchor's kind one step on and `side` lines beside it, with a second one behind it:
