@@ -23,7 +23,7 @@ class Lines {
     for (int across = 0; across < kBoardCells; ++across)
       for (int along = 0; along < kBoardCells; ++along) {
         const MoveCell cell = At(along, across);
-        kinds_[Index(along, across)] = CellKind(cell.x, cell.y);
+        kinds_[Index(along, across)] = boardCells(cell.x, cell.y).kind;
       }
   }
 
@@ -57,7 +57,16 @@ MoveCell FindBesideAnchor(const Lines& lines, int a, int c, int side) {
   return {};
 }
 
+// Every shape holds one of these; most anchors have none, and this is found without a branch.
+bool MayMove(const Lines& lines, int a, int c) {
+  const int16 kind = lines.Kind(a, c);
+  const bool besideNext = (lines.Kind(a + 1, c - 1) == kind) | (lines.Kind(a + 1, c) == kind) |
+                          (lines.Kind(a + 1, c + 1) == kind);
+  return besideNext | ((lines.Kind(a + 2, c) == kind) & (lines.Kind(a + 3, c) == kind));
+}
+
 MoveCell FindAtAnchor(const Lines& lines, int a, int c) {
+  if (!MayMove(lines, a, c)) return {};
   const int16 kind = lines.Kind(a, c);
   const bool endsRun = lines.Kind(a + 3, c) == kind;
   if (endsRun && lines.Kind(a + 2, c) == kind) return lines.At(a + 1, c);

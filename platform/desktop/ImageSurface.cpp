@@ -34,6 +34,15 @@ QImage MakeTransparent(const QImage& image, const QColor& low, const QColor& hig
   return keyed;
 }
 
+// Keyed pixels are wholly opaque or wholly transparent, so the topmost bit of each tells which. Far
+// quicker than blending, and the 64 gems of a frame are copied this way.
+void CopyOpaque(QRgb* to, const QRgb* from, int count) {
+  for (int i = 0; i < count; ++i) {
+    const auto mask = static_cast<QRgb>(static_cast<std::int32_t>(from[i]) >> 31);
+    to[i] = (from[i] & mask) | (to[i] & ~mask);
+  }
+}
+
 }  // namespace
 
 ImageSurface::ImageSurface(QImage image) : image_(std::move(image)) {}
@@ -66,7 +75,15 @@ bool ImageSurface::BltFast(std::int32_t x, std::int32_t y, const Surface& source
                            ColorKey key) {
   const Rect to = {x, y, x + from.Width(), y + from.Height()};
   const QRect target = ToQRect(to);
-  return !target.isEmpty() && image_.rect().contains(target) && Blt(to, source, from, key);
+  if (target.isEmpty() || !image_.rect().contains(target)) return false;
+  const QImage& pixels = dynamic_cast<const ImageSurface&>(source).Pixels(key);
+  if (!pixels.hasAlphaChannel()) return Blt(to, source, from, key);
+  if (!pixels.rect().contains(ToQRect(from))) return false;
+  for (int row = 0; row < target.height(); ++row)
+    CopyOpaque(reinterpret_cast<QRgb*>(image_.scanLine(y + row)) + x,
+               reinterpret_cast<const QRgb*>(pixels.constScanLine(from.top + row)) + from.left,
+               target.width());
+  return true;
 }
 
 void ImageSurface::SetFontTransparency(bool transparent) {
