@@ -25,7 +25,7 @@ build_packages=(
 test_packages=(
   libgtest-dev libbenchmark-dev xvfb openbox xdotool x11-utils pulseaudio pulseaudio-utils
   python3 python3-numpy python3-pil python3-scipy
-  povray csound abcmidi lame fluidsynth ffmpeg fonts-urw-base35
+  povray csound lame python3-mido fluidsynth ffmpeg fonts-urw-base35
 )
 
 missing_packages() {

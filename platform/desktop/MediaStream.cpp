@@ -20,7 +20,7 @@ constexpr const char* kLevelStage =
 // MIDI is rendered by fluiddec. It would take the first soundfont that it finds.
 constexpr const char* kMidiDecoder = "fluiddec";
 constexpr const char* kSoundfont = "/usr/share/sounds/sf2/TimGM6mb.sf2";
-constexpr double kSynthGain = 0.6;  // sits level with the files of the other types
+constexpr double kSynthGain = 1.2;  // the pieces are levelled with the other files at this gain
 
 struct Unref {
   void operator()(void* object) const { gst_object_unref(object); }
