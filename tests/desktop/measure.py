@@ -1,0 +1,127 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: MIT
+"""Measures the running program: time to the chooser and to the first frame, processor and frame
+times at rest, and frame times over track changes of each type of file. Prints what it saw, as
+ratios to a frame of 21 ms where that is what matters; it judges nothing.
+
+Usage: measure.py FOLDER FRAME_LOG_LIBRARY, FOLDER being an installed game."""
+
+import os
+import shutil
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+import numpy as np
+
+from desktop import CHOOSER, MAIN, Desktop, Game, wait_for
+from test_rounds import write_tone
+
+FRAME_MS = 21.0
+TRACK_SECONDS = 2.0
+WATCHED_SECONDS = 10.0
+HERTZ = os.sysconf("SC_CLK_TCK")
+
+
+class FrameTimes:
+    """The frames that the program has begun since this was made, in milliseconds."""
+
+    def __init__(self, path):
+        self.path = path
+        self.skip = self._count()
+
+    def _count(self):
+        return len(self.path.read_text().splitlines()) if self.path.exists() else 0
+
+    def between(self):
+        lines = self.path.read_text().splitlines()[self.skip:]
+        stamps = np.array([np.nan if line == "-" else float(line) for line in lines])
+        times = np.diff(stamps) / 1e6
+        return times[np.isfinite(times)]
+
+    def describe(self):
+        times = self.between()
+        return (f"{len(times)} frames, median {np.median(times) / FRAME_MS:.3f}, "
+                f"99 % up to {np.percentile(times, 99) / FRAME_MS:.3f} of 21 ms, longest {times.max():.1f} ms")
+
+
+def processor_seconds(process):
+    fields = Path(f"/proc/{process.pid}/stat").read_text().rsplit(")", 1)[1].split()
+    return (int(fields[11]) + int(fields[12])) / HERTZ
+
+
+def with_frame_log(desktop, library):
+    log = desktop.folder / "frames.log"
+    desktop.env.update(LD_PRELOAD=library, FRAME_LOG=str(log))
+    return log
+
+
+def measure_start(installed):
+    with Desktop() as desktop:
+        game = Game(desktop, installed)
+        for run in ("first", "second", "third"):
+            start = time.monotonic()
+            game.start()
+            wait_for("the chooser", lambda: desktop.windows(CHOOSER), step=0.002)
+            shown = time.monotonic()
+            time.sleep(0.5)
+            desktop.key("Return")
+            start_pressed = time.monotonic()
+            black = lambda: not desktop.windows(MAIN) or not np.asarray(game.grab()).any()
+            wait_for("the first frame", lambda: not black(), step=0.002)
+            print(f"{run} start: chooser after {shown - start:.2f} s, board {time.monotonic() - start_pressed:.2f} s after Start")
+            game.process.kill()
+            game.process.wait()
+
+
+def measure_rest(installed, library):
+    with Desktop() as desktop:
+        log = with_frame_log(desktop, library)
+        game = Game(desktop, installed).play("Relaxed")
+        time.sleep(1)
+        frames, used = FrameTimes(log), processor_seconds(game.process)
+        time.sleep(WATCHED_SECONDS)
+        share = (processor_seconds(game.process) - used) / WATCHED_SECONDS
+        print(f"at rest, with music: {100 * share:.1f} % of a core; {frames.describe()}")
+
+
+def make_tracks(folder, ending):
+    """Two short tracks of a type, made from a tone, or from the shortest MIDI file there can be."""
+    tone = folder / "tone.wav"
+    for hertz in (330, 440):
+        track = folder / f"track{hertz}{ending}"
+        if ending == ".mid":
+            track.write_bytes(midi_notes(60 if hertz == 330 else 64))
+            continue
+        write_tone(tone, TRACK_SECONDS, hertz)
+        subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", tone, track], check=True)
+    tone.unlink(missing_ok=True)
+
+
+def midi_notes(pitch):
+    """Standard MIDI File, format 0 (MIDI 1.0, MIDI Manufacturers Association): four beats at 120 a minute."""
+    notes = b"".join(bytes([0, 0x90, pitch, 100, 0x60, 0x80, pitch, 0]) for _ in range(4)) + b"\0\xff\x2f\0"
+    return b"MThd\0\0\0\6\0\0\0\1\0\x60MTrk" + len(notes).to_bytes(4, "big") + notes
+
+
+def measure_track_changes(installed, library):
+    for ending in (".wav", ".mp3", ".wma", ".mid"):
+        with Desktop() as desktop:
+            log = with_frame_log(desktop, library)
+            game = Game(desktop, installed)
+            music = game.folder / "music"
+            shutil.rmtree(music)
+            music.mkdir()
+            make_tracks(music, ending)
+            game.play("Relaxed")
+            frames = FrameTimes(log)
+            time.sleep(WATCHED_SECONDS)
+            print(f"track changes {ending}: {frames.describe()}")
+
+
+if __name__ == "__main__":
+    folder, library = sys.argv[1:]
+    measure_start(folder)
+    measure_rest(folder, library)
+    measure_track_changes(folder, library)
