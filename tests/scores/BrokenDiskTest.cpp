@@ -85,10 +85,21 @@ void BecomeNobody() {
   ASSERT_EQ(setuid(kNobody), 0);
 }
 
+// Makes the process the root of a name space of its own, in which it may mount.
+bool BecomeRootOfOwnSpace() {
+  const uid_t user = geteuid();
+  const gid_t group = getegid();
+  if (unshare(CLONE_NEWNS | CLONE_NEWUSER) != 0) return false;
+  std::ofstream("/proc/self/setgroups") << "deny";
+  std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
+  std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
+  return true;
+}
+
 // A file system of 32 kB at `folder`, for this process alone. False where the system forbids it.
 bool MountSmallDisk(const std::string& folder) {
-  const int spaces = geteuid() == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER;
-  return unshare(spaces) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+  return (unshare(CLONE_NEWNS) == 0 || BecomeRootOfOwnSpace()) &&
+         mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
          mount("small", folder.c_str(), "tmpfs", 0, "size=32k") == 0;
 }
 

@@ -85,7 +85,11 @@ int RunInChild(const std::function<void()>& body) {
   std::fflush(nullptr);
   const pid_t child = fork();
   if (child == 0) {
-    body();
+    try {
+      body();
+    } catch (const std::exception& error) {
+      ADD_FAILURE() << error.what();
+    }
     std::fflush(nullptr);
     _exit(testing::Test::HasFailure() ? 1 : 0);
   }
