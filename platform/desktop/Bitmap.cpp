@@ -37,15 +37,14 @@ Number ReadAt(const QByteArray& head, int offset) {
 }
 
 // The toolkit shows what there is of a bitmap that was cut short; the game does not.
-bool IsCutShort(QFile& file) {
-  const QByteArray head = file.peek(kHeadBytes);
+bool IsCutShort(const QByteArray& head, qint64 fileBytes) {
   if (head.size() < kHeadBytes) return true;
   const auto compression = ReadAt<quint32>(head, kCompressionAt);
   if (compression != kUncompressed && compression != kBitfields) return false;
   const qint64 rowBits = qint64{ReadAt<qint32>(head, kWidthAt)} * ReadAt<quint16>(head, kDepthAt);
   const qint64 rowBytes = (rowBits + kRowBits - 1) / kRowBits * (kRowBits / 8);
   const qint64 rows = std::abs(qint64{ReadAt<qint32>(head, kHeightAt)});
-  return file.size() < ReadAt<quint32>(head, kPixelOffsetAt) + rowBytes * rows;
+  return fileBytes < ReadAt<quint32>(head, kPixelOffsetAt) + rowBytes * rows;
 }
 
 }  // namespace
@@ -53,13 +52,17 @@ bool IsCutShort(QFile& file) {
 QImage LoadBitmap(const std::string& path) {
   QFile file(QString::fromStdString(path));
   if (!file.open(QIODevice::ReadOnly)) Refuse(path, file.errorString().toStdString());
+  // Looked at first, since the reader moves on in the file.
+  const QByteArray head = file.peek(kHeadBytes);
   QImageReader reader(&file, "bmp");
   reader.setAutoDetectImageFormat(false);
+  // A negative height tells that the rows are stored from the top down.
   const QSize size = reader.size();
-  if (size.isEmpty()) Refuse(path, "not a bitmap file");
-  if (size.width() > kMostPixels || size.height() > kMostPixels)
+  const qint64 rows = std::abs(qint64{size.height()});
+  if (size.width() <= 0 || rows == 0) Refuse(path, "not a bitmap file");
+  if (size.width() > kMostPixels || rows > kMostPixels)
     Refuse(path, "a bitmap of more than 4096 pixels a side");
-  if (IsCutShort(file)) Refuse(path, "the bitmap file is cut short");
+  if (IsCutShort(head, file.size())) Refuse(path, "the bitmap file is cut short");
   const QImage image = reader.read();
   if (image.isNull()) Refuse(path, reader.errorString().toStdString());
   return image.convertToFormat(QImage::Format_RGB32);

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+// Events, waits and the board's view on the real toolkit. Presses go the way of a desktop's: in
+// pixels of the screen, whatever its scale factor.
+#include "platform/Events.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+#include <QTimer>
+#include <QWindow>
+#include <sstream>
+
+#include "platform/Time.h"
+#include "platform/desktop/BoardView.h"
+
+namespace platform {
+namespace {
+
+using desktop::BoardView;
+
+std::ostringstream told;
+
+constexpr desktop::BoardMouse kMouse = {
+    [](float x, float y) { told << "down " << x << ',' << y << "; "; },
+    [](float x, float y) { told << "move " << x << ',' << y << "; "; }, [] { told << "up; "; },
+    [] { told << "click; "; }};
+
+std::string Told() {
+  const std::string text = told.str();
+  told.str("");
+  return text;
+}
+
+class View : public testing::Test {
+ protected:
+  View() : view(nullptr, kMouse) {
+    view.setFixedSize(512, 576);
+    view.show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
+    Told();
+  }
+
+  QWindow* Window() { return view.windowHandle(); }
+
+  BoardView view;
+};
+
+TEST_F(View, ReportsThePixelsOfTheBoardAtAnyScale) {
+  for (const QPoint at : {QPoint(1, 1), QPoint(510, 510), QPoint(300, 70)}) {
+    QTest::mousePress(Window(), Qt::RightButton, {}, at);
+    QTest::mouseRelease(Window(), Qt::RightButton, {}, at);
+    const std::string place = std::to_string(at.x()) + ',' + std::to_string(at.y());
+    EXPECT_EQ(Told(), "down " + place + "; up; click; ");
+  }
+}
+
+TEST_F(View, CountsEveryPressOfADoubleClick) {
+  QTest::mouseDClick(Window(), Qt::LeftButton, {}, QPoint(70, 80));
+  const std::string text = Told();
+  int presses = 0;
+  for (std::size_t at = text.find("down"); at != std::string::npos; at = text.find("down", at + 1))
+    ++presses;
+  EXPECT_EQ(presses, 2) << text;
+}
+
+TEST_F(View, ReleaseOutsideEndsTheHoldingWithoutAClick) {
+  QTest::mousePress(Window(), Qt::LeftButton, {}, QPoint(70, 80));
+  QTest::mouseRelease(Window(), Qt::LeftButton, {}, QPoint(600, 80));
+  const std::string text = Told();
+  EXPECT_TRUE(text.ends_with("up; ")) << text;
+  EXPECT_EQ(text.find("click"), std::string::npos) << text;
+}
+
+// All posted before any is handled, as when a frame takes long.
+TEST_F(View, EveryMotionOfAQuickDragArrives) {
+  std::string expected;
+  for (int x = 10; x < 500; x += 49) {
+    QCoreApplication::postEvent(
+        &view, new QMouseEvent(QEvent::MouseMove, QPointF(x, 30), view.mapToGlobal(QPointF(x, 30)),
+                               Qt::NoButton, Qt::LeftButton, {}));
+    expected += "move " + std::to_string(x) + ",30; ";
+  }
+  LetEventsRun();
+  EXPECT_EQ(Told(), expected);
+}
+
+TEST_F(View, ShowsTheFrameItWasHanded) {
+  QImage frame(512, 576, QImage::Format_RGB32);
+  frame.fill(0xFF102030);
+  frame.setPixel(5, 7, 0xFFFFFFFF);
+  view.Present(frame);
+  frame.fill(Qt::red);
+  const QImage shown = view.grab().toImage().scaled(512, 576);
+  EXPECT_EQ(shown.pixel(200, 300), 0xFF102030);
+  EXPECT_NE(shown.pixel(5, 7), 0xFF102030);
+}
+
+TEST(Events, LetEventsRunHandlesWhatWaitsAndReturns) {
+  int handled = 0;
+  for (int i = 0; i < 3; ++i)
+    QMetaObject::invokeMethod(
+        qApp, [&] { ++handled; }, Qt::QueuedConnection);
+  LetEventsRun();
+  EXPECT_EQ(handled, 3);
+}
+
+TEST(Events, TheWaitEndsAtItsTickAndNotBefore) {
+  LetEventsRun();
+  for (int i = 0; i < 20; ++i) {
+    const std::int32_t until = TickAfter(TickCount(), 10);
+    int looks = 0;
+    while (TicksSince(TickCount(), until) > 0) {
+      LetEventsRunUntil(until);
+      ++looks;
+    }
+    EXPECT_EQ(TicksSince(until, TickCount()) >= 0, true);
+    EXPECT_LT(looks, 10) << "the wait has to sleep";
+  }
+}
+
+TEST(Events, TheWaitEndsWithAnEvent) {
+  const std::int32_t until = TickAfter(TickCount(), 60'000);
+  bool came = false;
+  QTimer::singleShot(20, [&] { came = true; });
+  while (!came)
+    LetEventsRunUntil(until);
+  EXPECT_GT(TicksSince(TickCount(), until), 0);
+}
+
+int timerEvents = 0;
+int depth = 0;
+int deepest = 0;
+float lastEnd = 0;
+float leastGap = 0;
+
+// Lets events run for so long that the next event would be due.
+void TimerEvent() {
+  leastGap = std::min(leastGap, SecondsSince(lastEnd, Timer()));
+  deepest = std::max(deepest, ++depth);
+  ++timerEvents;
+  const std::int32_t until = TickAfter(TickCount(), 150);
+  while (TicksSince(TickCount(), until) > 0)
+    LetEventsRunUntil(until);
+  --depth;
+  lastEnd = Timer();
+}
+
+TEST(Events, TheTimerIsNotNestedAndLeavesAWholeStepBetween) {
+  timerEvents = depth = deepest = 0;
+  leastGap = 1;
+  lastEnd = Timer();
+  StartTimer(TimerEvent);
+  while (timerEvents < 4)
+    LetEventsRunUntil(TickAfter(TickCount(), 1000));
+  StartTimer(nullptr);
+  EXPECT_EQ(deepest, 1);
+  EXPECT_GE(leastGap, 0.1F);
+  const std::int32_t until = TickAfter(TickCount(), 250);
+  while (TicksSince(TickCount(), until) > 0)
+    LetEventsRunUntil(until);
+  EXPECT_EQ(timerEvents, 4);
+}
+
+}  // namespace
+}  // namespace platform
