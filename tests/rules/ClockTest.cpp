@@ -130,6 +130,29 @@ TEST_F(Clock, StandsStillWhileItDoesNotRun) {
   EXPECT_EQ(lastBeepTick, 0);
 }
 
+TEST_F(Clock, BeepAndPauseSoundAtFullLevelAlsoWithTheEffectsOff) {
+  twin::SetProgramFolder(TEST_DATA "/../..");
+  soundOn = kFalse;
+  musicVolume = -10000;
+  clockRunning = kTrue;
+  timeLeft = 5;
+  UpdateClock();
+  ASSERT_FALSE(twin::Graphs().empty());
+  EXPECT_FALSE(twin::Graphs().back()->running);
+  Perform("frames1");
+  Perform("pause frames1");
+  const auto graphs = twin::Graphs();
+  ASSERT_GE(graphs.size(), 2U);
+  const twin::GraphRecord& beep = *graphs[graphs.size() - 2];
+  const twin::GraphRecord& pause = *graphs.back();
+  EXPECT_TRUE(beep.path.ends_with("sounds/timerbeep.wav")) << beep.path;
+  EXPECT_TRUE(pause.path.ends_with("sounds/gemdrop.wav")) << pause.path;
+  EXPECT_EQ(beep.volume, 0);
+  EXPECT_EQ(pause.volume, 0);
+  EXPECT_TRUE(pause.running);
+  EXPECT_EQ(TakeSounds(), "");
+}
+
 TEST_F(Clock, CaptionsTellScoreLevelAndMatches) {
   score = 1234567;
   level = 3;
