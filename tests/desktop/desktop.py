@@ -294,7 +294,7 @@ class Sprites:
         differs = np.abs(pixels - self.board[:512]).max(axis=2) > 24
         return not differs[:192].any() and not differs[400:].any()
 
-    def read(self, picture, tolerance=6.0):
+    def read(self, picture, tolerance=12.0):
         """By cell the kind at rest, or None where no gem rests. The picked gem's target shows only
         in the cell's rim, so the middle decides."""
         pixels = np.asarray(picture).astype(np.int16)
