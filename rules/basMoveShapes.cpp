@@ -40,7 +40,8 @@ class Lines {
   static constexpr int kHeight = kBoardCells + 2;  // the lines, and a border at both sides
 
   static std::size_t Index(int along, int across) {
-    return static_cast<std::size_t>(along + kWidth * (across + 1));
+    return static_cast<std::size_t>(along) +
+           std::size_t{kWidth} * static_cast<std::size_t>(across + 1);
   }
 
   Direction direction_;

@@ -38,7 +38,7 @@ QImage MakeTransparent(const QImage& image, const QColor& low, const QColor& hig
 // quicker than blending, and the 64 gems of a frame are copied this way.
 void CopyOpaque(QRgb* to, const QRgb* from, int count) {
   for (int i = 0; i < count; ++i) {
-    const auto mask = static_cast<QRgb>(static_cast<std::int32_t>(from[i]) >> 31);
+    const QRgb mask = 0U - (from[i] >> 31U);
     to[i] = (from[i] & mask) | (to[i] & ~mask);
   }
 }
