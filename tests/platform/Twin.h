@@ -48,6 +48,7 @@ std::vector<std::string>& DrawingLog();
 /// Size of the bitmap file of this name; 64 by 64 where nothing is said.
 void SetBitmapSize(const std::string& name, platform::Size size);
 /// Any call that needs the thing of this name throws Error: a file name, "display" or "sound".
+/// A graph yields false for a broken file.
 void Break(const std::string& name);
 
 // Sounds.
@@ -56,6 +57,8 @@ std::vector<std::string>& PlayedSounds();
 /// Called with the name of each effect at the moment it is played. Null ends it.
 void OnPlay(std::function<void(const std::string&)> listener);
 std::int32_t VolumeOf(const std::string& name);
+/// Paths of the wave files in the order in which they were loaded, a broken one included.
+std::vector<std::string>& LoadedSounds();
 int LiveSoundBuffers();
 
 // Filter graphs.
@@ -66,6 +69,7 @@ struct GraphRecord {
   bool alive = true;
   std::int32_t volume = 0;
   platform::GraphEvent event = platform::GraphEvent::None;
+  std::vector<std::string> calls = {};  ///< "Run", "Pause", "Stop" and "SetVolume -900"
 };
 /// All graphs made since the reset, in order.
 std::vector<GraphRecord*> Graphs();

@@ -29,6 +29,7 @@ struct Devices {
   std::set<std::string> broken;
   std::vector<std::string> played;
   std::function<void(const std::string&)> onPlay;
+  std::vector<std::string> loaded;
   std::map<std::string, std::int32_t> volumes;
   int liveBuffers = 0;
   std::vector<twin::MessageRecord> messages;
@@ -175,6 +176,7 @@ class TwinSoundDevice : public platform::SoundDevice {
   }
   std::shared_ptr<platform::SoundBuffer> CreateSoundBufferFromFile(
       const std::string& path) override {
+    devices.loaded.push_back(path);
     twin::ThrowIfBroken(twin::FileName(path));
     return std::make_shared<TwinSoundBuffer>(twin::FileName(path));
   }
@@ -192,7 +194,11 @@ void ResetDevices() {
 }
 
 void ThrowIfBroken(const std::string& name) {
-  if (devices.broken.contains(name)) throw platform::Error(name + " is broken");
+  if (IsBroken(name)) throw platform::Error(name + " is broken");
+}
+
+bool IsBroken(const std::string& name) {
+  return devices.broken.contains(name);
 }
 
 std::string FileName(const std::string& path) {
@@ -216,6 +222,9 @@ std::vector<std::string>& PlayedSounds() {
 }
 void OnPlay(std::function<void(const std::string&)> listener) {
   devices.onPlay = std::move(listener);
+}
+std::vector<std::string>& LoadedSounds() {
+  return devices.loaded;
 }
 std::int32_t VolumeOf(const std::string& name) {
   return devices.volumes.at(name);

@@ -11,6 +11,7 @@ void ResetGraphs();
 
 /// Throws platform::Error if a test has broken the thing of this name.
 void ThrowIfBroken(const std::string& name);
+bool IsBroken(const std::string& name);
 
 /// The last part of a path.
 std::string FileName(const std::string& path);

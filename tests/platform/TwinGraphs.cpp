@@ -26,19 +26,25 @@ class TwinGraph : public platform::FilterGraph {
 
   bool RenderFile(const std::string& path) override {
     record_->path = path;
-    return true;
+    return !twin::IsBroken(twin::FileName(path));
   }
-  void Run() override { record_->running = true; }
-  void Pause() override { record_->running = false; }
-  void Stop() override { record_->running = false; }
+  void Run() override { Switch("Run", true); }
+  void Pause() override { Switch("Pause", false); }
+  void Stop() override { Switch("Stop", false); }
   void SetVolume(std::int32_t hundredths) override {
     record_->volume = std::clamp(hundredths, -10000, 0);
+    record_->calls.push_back("SetVolume " + std::to_string(hundredths));
   }
   std::int32_t GetVolume() const override { return record_->volume; }
   bool IsRendered() override { return record_->rendered; }
   platform::GraphEvent WaitForCompletion() override { return record_->event; }
 
  private:
+  void Switch(const char* call, bool running) {
+    record_->running = running;
+    record_->calls.emplace_back(call);
+  }
+
   std::shared_ptr<twin::GraphRecord> record_;
 };
 

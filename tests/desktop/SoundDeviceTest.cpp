@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+// The sound device on the real library, rendered on demand and measured at its output.
+#define AL_ALEXT_PROTOTYPES
+#include <AL/alc.h>
+#include <AL/alext.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "platform/Error.h"
+#include "platform/desktop/SoundMix.h"
+#include "tests/desktop/SoundFiles.h"
+
+namespace platform {
+namespace {
+
+constexpr double kExact = 0.1;  // decibels
+constexpr double kInaudible = -60;
+
+class SoundDeviceTest : public testing::Test {
+ protected:
+  SoundOutput Loopback() {
+    return {[this] { return Open(); },
+            [this](ALCdevice*) { return connected_.load(); },
+            {ALC_FORMAT_CHANNELS_SOFT, ALC_STEREO_SOFT, ALC_FORMAT_TYPE_SOFT, ALC_FLOAT_SOFT,
+             ALC_FREQUENCY, tones::kRate, ALC_HRTF_SOFT, ALC_FALSE, 0}};
+  }
+  ALCdevice* Open() {
+    ALCdevice* device = connected_ ? alcLoopbackOpenDeviceSOFT(nullptr) : nullptr;
+    if (device != nullptr) output_ = device;
+    ++opened_;
+    return device;
+  }
+  std::vector<float> Render(int frames) {
+    std::vector<float> samples(static_cast<std::size_t>(frames) * 2);
+    alcRenderSamplesSOFT(output_, samples.data(), frames);
+    return samples;
+  }
+  static std::string Tone(int channels, int format = SF_FORMAT_PCM_16,
+                          double pitch = tones::kPitch) {
+    const std::string path = testing::TempDir() + "tone" + std::to_string(channels) + "_" +
+                             std::to_string(format) + "_" + std::to_string(pitch) + ".wav";
+    tones::WriteTone(path, channels, 0.5, format, pitch);
+    return path;
+  }
+  static void PlayFromStart(SoundBuffer& buffer, std::int32_t volume = -1000) {
+    buffer.SetVolume(volume);
+    buffer.SetCurrentPosition(0);
+    buffer.Play();
+  }
+
+  std::atomic<bool> connected_ = true;
+  std::atomic<int> opened_ = 0;
+  ALCdevice* output_ = nullptr;
+};
+
+TEST_F(SoundDeviceTest, LevelsAreExactForMonoAndStereo) {
+  const auto device = CreateSoundDevice(Loopback());
+  for (const int format : {SF_FORMAT_PCM_U8, SF_FORMAT_PCM_16, SF_FORMAT_PCM_24, SF_FORMAT_FLOAT}) {
+    for (const int channels : {1, 2}) {
+      const auto buffer = device->CreateSoundBufferFromFile(Tone(channels, format));
+      for (const int volume : {-1000, 0, -300, -4000}) {
+        PlayFromStart(*buffer, volume);
+        const auto heard = Render(tones::kRate);
+        for (const std::size_t side : {0U, 1U})
+          EXPECT_NEAR(tones::Level(heard, side, 1000, 20000), volume / 100.0, kExact)
+              << format << " " << channels;
+      }
+      PlayFromStart(*buffer, -10000);
+      EXPECT_LT(tones::Level(Render(tones::kRate), 0, 1000, 20000), -90);
+    }
+  }
+}
+
+TEST_F(SoundDeviceTest, ASecondPlayStartsAnewAndNotTwice) {
+  const auto device = CreateSoundDevice(Loopback());
+  const auto buffer = device->CreateSoundBufferFromFile(Tone(1));
+  PlayFromStart(*buffer);
+  Render(11050);
+  PlayFromStart(*buffer);
+  const auto heard = Render(tones::kRate);
+  EXPECT_NEAR(tones::Level(heard, 0, 2000, 21000), -10, kExact);
+  EXPECT_LT(tones::Level(heard, 0, 23000, 40000), kInaudible);
+  PlayFromStart(*buffer);
+  EXPECT_NEAR(tones::Level(Render(tones::kRate), 0, 2000, 21000), -10, kExact);
+}
+
+TEST_F(SoundDeviceTest, ASoundGoesOnWhenItIsPlayedWithoutARewind) {
+  const auto device = CreateSoundDevice(Loopback());
+  const auto buffer = device->CreateSoundBufferFromFile(Tone(1));
+  PlayFromStart(*buffer);
+  Render(11050);
+  buffer->Play();
+  const auto heard = Render(tones::kRate);
+  EXPECT_NEAR(tones::Level(heard, 0, 1000, 10000), -10, kExact);
+  EXPECT_LT(tones::Level(heard, 0, 12000, 21000), kInaudible);
+}
+
+TEST_F(SoundDeviceTest, DifferentSoundsAreHeardTogether) {
+  constexpr double kOther = 882;
+  const auto device = CreateSoundDevice(Loopback());
+  const auto low = device->CreateSoundBufferFromFile(Tone(1));
+  const auto high = device->CreateSoundBufferFromFile(Tone(2, SF_FORMAT_PCM_16, kOther));
+  PlayFromStart(*low);
+  PlayFromStart(*high);
+  const auto heard = Render(tones::kRate);
+  EXPECT_NEAR(tones::Level(heard, 0, 1000, 20000), -10, kExact);
+  EXPECT_NEAR(tones::Level(heard, 0, 1000, 20000, kOther), -10, kExact);
+}
+
+TEST_F(SoundDeviceTest, ABufferThatIsLetGoFallsSilent) {
+  const auto device = CreateSoundDevice(Loopback());
+  auto buffer = device->CreateSoundBufferFromFile(Tone(1));
+  PlayFromStart(*buffer);
+  buffer.reset();
+  EXPECT_LT(tones::Level(Render(tones::kRate), 0, 1000, 20000), kInaudible);
+}
+
+TEST_F(SoundDeviceTest, NoDeviceIsAnError) {
+  connected_ = false;
+  EXPECT_THROW(CreateSoundDevice(Loopback()), Error);
+}
+
+// The device tries again at most once a second, on a thread of its own.
+TEST_F(SoundDeviceTest, SoundsComeBackWithTheDevice) {
+  const auto device = CreateSoundDevice(Loopback());
+  const auto buffer = device->CreateSoundBufferFromFile(Tone(1));
+  connected_ = false;
+  for (int i = 0; i < 100; ++i)
+    PlayFromStart(*buffer);
+  while (opened_ < 2)
+    std::this_thread::yield();
+  EXPECT_EQ(opened_, 2);
+  connected_ = true;
+  while (opened_ < 3) {
+    PlayFromStart(*buffer);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  double level = kInaudible;
+  while (level <= kInaudible) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    PlayFromStart(*buffer);
+    level = tones::Level(Render(tones::kRate), 0, 1000, 20000);
+  }
+  EXPECT_NEAR(level, -10, kExact);
+}
+
+// With the null driver of the test's environment, as the game opens it.
+TEST(DefaultSoundDevice, OpensPlaysAndCloses) {
+  const std::string path = testing::TempDir() + "default.wav";
+  tones::WriteTone(path, 2, 0.1);
+  const auto device = DirectSoundCreate();
+  const auto buffer = device->CreateSoundBufferFromFile(path);
+  EXPECT_NO_THROW(buffer->Play());
+}
+
+}  // namespace
+}  // namespace platform

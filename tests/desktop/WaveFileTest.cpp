@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "platform/desktop/WaveFile.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
+
+#include "platform/Error.h"
+#include "tests/desktop/SoundFiles.h"
+
+namespace platform {
+namespace {
+
+// Places in a plain file of libsndfile: the format chunk at 12, the data chunk at 36.
+constexpr std::size_t kFormatSize = 16;
+constexpr std::size_t kChannels = 22;
+constexpr std::size_t kRateField = 24;
+constexpr std::size_t kSampleBits = 34;
+constexpr std::size_t kDataSize = 40;
+
+class WaveFileTest : public testing::Test {
+ protected:
+  WaveFileTest() {
+    tones::WriteTone(path_, 1, 0.1);
+    std::ifstream file(path_, std::ios::binary);
+    bytes_.assign(std::istreambuf_iterator<char>(file), {});
+  }
+
+  void Set(std::size_t place, std::uint32_t value, std::size_t size) {
+    for (std::size_t i = 0; i < size; ++i)
+      bytes_.at(place + i) = static_cast<char>(value >> 8 * i);
+  }
+  /// The description with which the file is refused; empty if it is taken.
+  std::string Refusal(const std::string& bytes) {
+    std::ofstream(path_, std::ios::binary | std::ios::trunc) << bytes;
+    try {
+      ReadWaveFile(path_);
+      return "";
+    } catch (const Error& error) {
+      return error.what();
+    }
+  }
+  std::string RefusalWith(std::size_t place, std::uint32_t value, std::size_t size) {
+    const std::string whole = bytes_;
+    Set(place, value, size);
+    const std::string refusal = Refusal(bytes_);
+    bytes_ = whole;
+    return refusal;
+  }
+
+  std::string path_ = testing::TempDir() + "damaged.wav";
+  std::string bytes_;
+};
+
+TEST_F(WaveFileTest, MonoStandsOnBothChannels) {
+  const WaveData wave = ReadWaveFile(path_);
+  EXPECT_EQ(wave.framesPerSecond, tones::kRate);
+  ASSERT_EQ(wave.Frames(), tones::kRate / 10);
+  for (std::size_t i = 0; i < wave.samples.size(); i += 2)
+    ASSERT_EQ(wave.samples[i], wave.samples[i + 1]);
+}
+
+TEST_F(WaveFileTest, EveryTruncationIsRefusedByName) {
+  for (std::size_t length = 0; length < bytes_.size(); length += length < 60 ? 1 : 997)
+    EXPECT_NE(Refusal(bytes_.substr(0, length)).find(path_), std::string::npos) << length;
+  EXPECT_EQ(Refusal(bytes_), "");
+}
+
+TEST_F(WaveFileTest, ZeroAndAbsurdSizesAreRefused) {
+  constexpr std::uint32_t kHuge = 0xFFFFFFFF;
+  for (const std::uint32_t size : {0U, kHuge, 0x7FFFFFFFU}) {
+    EXPECT_NE(RefusalWith(kDataSize, size, 4), "") << size;
+    EXPECT_NE(RefusalWith(kFormatSize, size, 4), "") << size;
+    EXPECT_NE(RefusalWith(kRateField, size, 4), "") << size;
+  }
+  for (const std::uint32_t channels : {0U, 3U, 0xFFFFU})
+    EXPECT_NE(RefusalWith(kChannels, channels, 2), "") << channels;
+}
+
+// Many such files still play; none may bring the game down or be refused without its name.
+TEST_F(WaveFileTest, AnyByteOfTheHeaderMayBeWrong) {
+  for (std::size_t place = 0; place < kDataSize + 4; ++place) {
+    for (const std::uint32_t value : {0U, 1U, 0x7FU, 0xFFU}) {
+      const std::string refusal = RefusalWith(place, value, 1);
+      EXPECT_TRUE(refusal.empty() || refusal.find(path_) != std::string::npos) << refusal;
+    }
+  }
+  EXPECT_NE(RefusalWith(kSampleBits, 0, 2), "");
+}
+
+TEST_F(WaveFileTest, OtherThingsAreNoWaveFiles) {
+  EXPECT_NE(Refusal("This is a text, and a long enough one to hold a header of a file."), "");
+  EXPECT_THROW(ReadWaveFile(testing::TempDir()), Error);
+  EXPECT_THROW(ReadWaveFile(testing::TempDir() + "no such file.wav"), Error);
+  EXPECT_THROW(ReadWaveFile("/dev/zero"), Error);
+}
+
+TEST_F(WaveFileTest, AMinuteIsTheMost) {
+  tones::WriteTone(path_, 1, 60);
+  EXPECT_EQ(ReadWaveFile(path_).Frames(), 60 * tones::kRate);
+  tones::WriteTone(path_, 1, 60.1);
+  EXPECT_THROW(ReadWaveFile(path_), Error);
+}
+
+TEST_F(WaveFileTest, SamplesThatAreNoNumbersAreRefused) {
+  tones::WriteTone(path_, 2, 0.1, SF_FORMAT_FLOAT);
+  EXPECT_NO_THROW(ReadWaveFile(path_));
+  const float none = std::numeric_limits<float>::quiet_NaN();
+  std::fstream file(path_, std::ios::binary | std::ios::in | std::ios::out);
+  // Well inside the samples, on the border of one.
+  file.seekp(2000);
+  file.write(reinterpret_cast<const char*>(&none), sizeof none);
+  file.close();
+  EXPECT_THROW(ReadWaveFile(path_), Error);
+}
+
+}  // namespace
+}  // namespace platform

@@ -1,0 +1,265 @@
+// SPDX-License-Identifier: MIT
+#include "sound/DXAudio.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+
+#include "tests/platform/Twin.h"
+
+namespace glimmerfall {
+namespace {
+
+namespace fs = std::filesystem;
+using platform::GraphEvent;
+using Calls = std::vector<std::string>;
+
+class DXAudioTest : public testing::Test {
+ protected:
+  DXAudioTest() {
+    fs::remove_all(folder_);
+    for (const char* name : {"sounds", "sound", "music"})
+      fs::create_directories(folder_ / name);
+    twin::Reset();
+    ResetGameState();
+    twin::SetProgramFolder(folder_.string());
+    audio_.InitDXAudio();
+  }
+  ~DXAudioTest() override { fs::remove_all(folder_); }
+
+  void MakeFile(const std::string& name) { std::ofstream(folder_ / name) << "x"; }
+  void MakeBeeps() {
+    MakeFile("sounds/a.wav");
+    MakeFile("sounds/b.wav");
+  }
+  static twin::GraphRecord& GraphAt(std::size_t index) { return *twin::Graphs().at(index); }
+
+  fs::path folder_ = fs::path(testing::TempDir()) / "glimmerfall_dxaudio";
+  DXAudio audio_;
+};
+
+TEST_F(DXAudioTest, TakesTheFourTypesOfOneFolder) {
+  const std::vector<std::string> taken = {"A.mp3", "B.WAV", "C.Mid", "D.wma", ".wav"};
+  for (const std::string& name : taken)
+    MakeFile("music/" + name);
+  for (const char* name : {"E.ogg", "F.wave", "wav", "mp3"})
+    MakeFile(std::string("music/") + name);
+  fs::create_directories(folder_ / "music/folder.wav");
+  MakeFile("music/folder.wav/inner.wav");
+
+  audio_.AddDirectory((folder_ / "music").string() + "/");
+  std::map<std::string, int> heard;
+  for (int i = 0; i < 1000; ++i) {
+    audio_.StartBackground();
+    ++heard[GraphAt(static_cast<std::size_t>(i)).path];
+  }
+  EXPECT_EQ(heard.size(), taken.size());
+  for (const std::string& name : taken)
+    EXPECT_GT(heard[(folder_ / "music" / name).string()], 100) << name;
+}
+
+TEST_F(DXAudioTest, StaysSilentWithoutMusic) {
+  audio_.AddDirectory((folder_ / "nowhere").string() + "/");
+  audio_.AddDirectory((folder_ / "music").string() + "/");
+  twin::ScriptRnd({0.5});
+  audio_.StartBackground();
+  audio_.Poll();
+  EXPECT_TRUE(twin::Graphs().empty());
+  EXPECT_EQ(twin::ScriptedRndLeft(), 1U);
+}
+
+TEST_F(DXAudioTest, PicksOneDrawATrackAtTheMusicVolume) {
+  for (const char* file : {"/1.wav", "/2.wav", "/3.wav"})
+    audio_.AddFile(file);
+  twin::ScriptRnd({0.0, 0.34, 0.9999});
+  for (int i = 0; i < 3; ++i)
+    audio_.StartBackground();
+  EXPECT_EQ(GraphAt(0).path, "/1.wav");
+  EXPECT_EQ(GraphAt(1).path, "/2.wav");
+  EXPECT_EQ(GraphAt(2).path, "/3.wav");
+  EXPECT_EQ(GraphAt(2).calls, (Calls{"SetVolume -900", "Run"}));
+  EXPECT_FALSE(GraphAt(0).alive);
+}
+
+TEST_F(DXAudioTest, FollowsAnEndedOrBrokenTrackButNotAnUnplayableOne) {
+  audio_.AddFile("/1.wav");
+  audio_.StartBackground();
+  for (const GraphEvent end : {GraphEvent::Complete, GraphEvent::ErrorAbort}) {
+    audio_.Poll();
+    const std::size_t graphs = twin::Graphs().size();
+    musicVolume = -static_cast<int32>(graphs);
+    GraphAt(graphs - 1).event = end;
+    EXPECT_EQ(audio_.BackgroundIsStopped(), kTrue);
+    audio_.Poll();
+    ASSERT_EQ(twin::Graphs().size(), graphs + 1);
+    EXPECT_EQ(GraphAt(graphs - 1).calls.back(), "Stop");
+    EXPECT_FALSE(GraphAt(graphs - 1).alive);
+    EXPECT_EQ(GraphAt(graphs).volume, musicVolume);
+    EXPECT_EQ(audio_.BackgroundIsStopped(), kFalse);
+  }
+  GraphAt(2).event = GraphEvent::RenderFailed;
+  EXPECT_EQ(audio_.BackgroundIsStopped(), kFalse);
+  audio_.Poll();
+  audio_.Poll();
+  EXPECT_EQ(twin::Graphs().size(), 3U);
+  EXPECT_FALSE(GraphAt(2).alive);
+}
+
+TEST_F(DXAudioTest, ARefusedTrackEndsTheMusic) {
+  twin::Break("1.wav");
+  audio_.AddFile("/1.wav");
+  audio_.StartBackground();
+  audio_.Poll();
+  ASSERT_EQ(twin::Graphs().size(), 1U);
+  EXPECT_FALSE(GraphAt(0).alive);
+  EXPECT_TRUE(GraphAt(0).calls.empty());
+}
+
+TEST_F(DXAudioTest, PausesAndResumesOnlyWhatPlays) {
+  audio_.PauseBackground();
+  EXPECT_EQ(audio_.BackgroundPaused(), kFalse);
+  audio_.PlayBackground("/1.wav");
+  audio_.ResumeBackground();
+  audio_.PauseBackground();
+  audio_.PauseBackground();
+  EXPECT_EQ(audio_.BackgroundPaused(), kTrue);
+  audio_.ResumeBackground();
+  EXPECT_EQ(GraphAt(0).calls, (Calls{"SetVolume -900", "Run", "Pause", "Run"}));
+  audio_.PauseBackground();
+  audio_.StopBackground();
+  EXPECT_EQ(audio_.BackgroundPaused(), kTrue);
+  audio_.ResumeBackground();
+  EXPECT_EQ(audio_.BackgroundPaused(), kTrue);
+}
+
+TEST_F(DXAudioTest, HoldsTheLevelToItsRange) {
+  audio_.PlayBackground("/1.wav");
+  audio_.BackgroundVolume(-20000);
+  EXPECT_EQ(GraphAt(0).calls.back(), "SetVolume -10000");
+  audio_.BackgroundVolume(100);
+  EXPECT_EQ(GraphAt(0).calls.back(), "SetVolume 0");
+}
+
+TEST_F(DXAudioTest, TheEndOfAForegroundSoundRaisesTheMusicToItsLevel) {
+  MakeBeeps();
+  audio_.BackgroundVolume(-5000);  // no stream: not even noted
+  audio_.PlayBackground("/1.wav");
+  audio_.PlayForeground("a.wav");
+  audio_.StopForeground();
+  EXPECT_EQ(GraphAt(0).volume, 0);
+  EXPECT_FALSE(GraphAt(1).alive);
+  audio_.BackgroundVolume(-3000);
+  audio_.PlayForeground("a.wav");
+  audio_.StopForeground();
+  EXPECT_EQ(GraphAt(0).volume, -3000);
+}
+
+TEST_F(DXAudioTest, StartsAForegroundSoundWithTheNextPoll) {
+  MakeBeeps();
+  EXPECT_EQ(audio_.ForegroundIsStopped(), kFalse);
+  for (const bool atOnce : {true, false}) {
+    twin::RenderAtOnce(atOnce);
+    const std::size_t index = twin::Graphs().size();
+    soundOn = kFalse;
+    musicVolume = -10000;
+    bool ranEarly = true;
+    twin::ScheduleAtPlace(1, [&] { ranEarly = GraphAt(index).running; });
+    const long places = twin::PlacesPassed();
+    audio_.PlayForeground("a.wav");
+    EXPECT_EQ(twin::PlacesPassed(), places + 1);
+    EXPECT_FALSE(ranEarly);
+    audio_.Poll();
+    audio_.Poll();
+    EXPECT_EQ(GraphAt(index).calls, (Calls{"SetVolume 0", "Run"}));
+  }
+}
+
+TEST_F(DXAudioTest, OnlyAPlayableFileReplacesARunningSound) {
+  MakeBeeps();
+  MakeFile("sounds/refused.wav");
+  twin::Break("refused.wav");
+  audio_.PlayForeground("a.wav");
+  audio_.Poll();
+  for (const char* file : {"missing.wav", "refused.wav"})
+    audio_.PlayForeground(file);
+  EXPECT_TRUE(GraphAt(0).running);
+
+  twin::RenderAtOnce(false);
+  audio_.PlayForeground("b.wav");
+  twin::GraphRecord& damaged = *twin::Graphs().back();
+  audio_.Poll();
+  damaged.event = GraphEvent::RenderFailed;
+  audio_.Poll();
+  EXPECT_TRUE(GraphAt(0).running);
+  EXPECT_FALSE(damaged.alive);
+
+  audio_.PlayForeground("b.wav");
+  twin::GraphRecord& next = *twin::Graphs().back();
+  audio_.Poll();
+  EXPECT_TRUE(GraphAt(0).running);
+  next.rendered = true;
+  audio_.Poll();
+  EXPECT_FALSE(GraphAt(0).alive);
+  EXPECT_TRUE(next.running);
+}
+
+TEST_F(DXAudioTest, ReplacesAtOnceWhatIsKnownToBePlayable) {
+  MakeBeeps();
+  audio_.PlayForeground("a.wav");
+  audio_.Poll();
+  audio_.PlayForeground("b.wav");
+  EXPECT_FALSE(GraphAt(0).alive);
+  EXPECT_FALSE(GraphAt(1).running);
+}
+
+TEST_F(DXAudioTest, KeepsAnEndedForegroundSoundUntilTheNext) {
+  MakeBeeps();
+  audio_.PlayForeground("a.wav");
+  audio_.Poll();
+  EXPECT_EQ(audio_.ForegroundIsStopped(), kFalse);
+  GraphAt(0).event = GraphEvent::Complete;
+  audio_.Poll();
+  EXPECT_EQ(audio_.ForegroundIsStopped(), kTrue);
+  EXPECT_TRUE(GraphAt(0).alive);
+  audio_.PlayForeground("a.wav");
+  EXPECT_EQ(audio_.ForegroundIsStopped(), kFalse);
+}
+
+TEST_F(DXAudioTest, TheSecondForegroundMethodStartsAtOnceFromItsOwnFolder) {
+  MakeBeeps();
+  MakeFile("sound/c.wav");
+  const long places = twin::PlacesPassed();
+  audio_.PlayForeground2("a.wav");
+  EXPECT_TRUE(twin::Graphs().empty());
+  audio_.PlayForeground2("c.wav");
+  EXPECT_EQ(GraphAt(0).path, (folder_ / "sound/c.wav").string());
+  EXPECT_EQ(GraphAt(0).calls, (Calls{"SetVolume -300", "Run"}));
+  EXPECT_EQ(twin::PlacesPassed(), places);
+}
+
+TEST_F(DXAudioTest, ItsEndTakesBothStreamsWithIt) {
+  MakeBeeps();
+  {
+    DXAudio other;
+    other.PlayBackground("/1.wav");
+    other.PlayForeground("a.wav");
+  }
+  EXPECT_FALSE(GraphAt(0).alive);
+  EXPECT_EQ(GraphAt(0).calls.back(), "Stop");
+  EXPECT_FALSE(GraphAt(1).alive);
+}
+
+TEST_F(DXAudioTest, ItsStartEmptiesThePlaylist) {
+  audio_.AddFile("/1.wav");
+  musicVolume = 0;
+  EXPECT_EQ(audio_.InitDXAudio(), 0);
+  EXPECT_EQ(musicVolume, -900);
+  audio_.StartBackground();
+  EXPECT_TRUE(twin::Graphs().empty());
+}
+
+}  // namespace
+}  // namespace glimmerfall
