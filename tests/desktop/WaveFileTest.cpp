@@ -2,6 +2,7 @@
 #include "platform/desktop/WaveFile.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -51,7 +52,7 @@ class WaveFileTest : public testing::Test {
     return refusal;
   }
 
-  std::string path_ = testing::TempDir() + "damaged.wav";
+  std::string path_ = testing::TempDir() + std::to_string(getpid()) + "damaged.wav";
   std::string bytes_;
 };
 
