@@ -25,7 +25,6 @@
 #include "scores/frmHSName.h"
 #include "scores/frmHighScores.h"
 #include "sound/basDirectSoundStuff.h"
-#include "sound/basDirectSoundStuff.h"
 #include "ui/frmAbout.h"
 #include "ui/frmLearn.h"
 #include "ui/frmOptions.h"

@@ -4,7 +4,7 @@
 windows, pauses, hints and names of high scores, with sound and music on. Prints what the program
 held after a while and at the end, and how long its frames were.
 
-Usage: endurance.py FOLDER FRAME_LOG_LIBRARY MINUTES [--kill-sound]"""
+Usage: endurance.py FOLDER FRAME_LOG MINUTES [--kill-sound]"""
 
 import argparse
 import random
@@ -138,7 +138,7 @@ def watch(player, frames, process, minutes, kill_sound):
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("folder")
-    parser.add_argument("library")
+    parser.add_argument("frame_log")
     parser.add_argument("minutes", type=float)
     parser.add_argument("--kill-sound", action="store_true")
     options = parser.parse_args()
@@ -146,7 +146,7 @@ def main():
     print(f"seed {seed}")
     random.seed(seed)
     with Desktop() as desktop:
-        log = with_frame_log(desktop, options.library)
+        log = with_frame_log(desktop, options.frame_log)
         game = Game(desktop, options.folder)
         game.start()
         desktop.window(CHOOSER)
