@@ -39,6 +39,7 @@ constexpr Colour RGB(int red, int green, int blue) {
 struct Font {
   std::string family;
   int pixelSize = 0;
+  friend bool operator==(const Font&, const Font&) = default;
 };
 
 /// Width and height in pixels of `text` in `font`, each rounded to a whole number.

@@ -7,15 +7,6 @@
 
 namespace platform::desktop {
 
-namespace {
-
-bool IsSamePicture(const QImage& a, const QImage& b) {
-  return a.size() == b.size() && a.format() == b.format() &&
-         std::memcmp(a.constBits(), b.constBits(), static_cast<std::size_t>(a.sizeInBytes())) == 0;
-}
-
-}  // namespace
-
 BoardView::BoardView(QWidget* parent, const BoardMouse& mouse) : QWidget(parent), mouse_(mouse) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setAccessibleName("Board");
@@ -23,7 +14,6 @@ BoardView::BoardView(QWidget* parent, const BoardMouse& mouse) : QWidget(parent)
 
 // A copy of its own, since the frame is composed anew while this one may have to be painted again.
 void BoardView::Present(const QImage& frame) {
-  if (IsSamePicture(shown_, frame)) return;
   if (shown_.size() != frame.size()) shown_ = QImage(frame.size(), frame.format());
   std::memcpy(shown_.bits(), frame.constBits(), static_cast<std::size_t>(frame.sizeInBytes()));
   repaint();

@@ -20,7 +20,7 @@ class BoardView : public QWidget {
  public:
   BoardView(QWidget* parent, const BoardMouse& mouse);
 
-  /// Shows `frame`. A frame equal to the one that shows costs a comparison.
+  /// Shows `frame`, of which it keeps a copy.
   void Present(const QImage& frame);
 
  protected:

@@ -6,6 +6,7 @@
 
 #include "platform/Error.h"
 #include "platform/desktop/BoardView.h"
+#include "platform/desktop/FrameSurface.h"
 #include "platform/desktop/ImageSurface.h"
 
 namespace platform {
@@ -13,6 +14,7 @@ namespace platform {
 namespace {
 
 using desktop::BoardView;
+using desktop::FrameSurface;
 using desktop::ImageSurface;
 
 class WidgetClipper : public Clipper {
@@ -38,11 +40,15 @@ class ScreenSurface : public ImageSurface {
   bool Blt(const Rect& to, const Surface& source, const Rect&, ColorKey) override {
     BoardView* view = clipper_ ? clipper_->View() : nullptr;
     if (view == nullptr || to.Width() <= 0 || to.Height() <= 0) return false;
-    view->Present(dynamic_cast<const ImageSurface&>(source).Image());
+    const auto& frame = dynamic_cast<const FrameSurface&>(source);
+    const QImage& picture = frame.Image();
+    if (frame.Version() != shownVersion_) view->Present(picture);
+    shownVersion_ = frame.Version();
     return true;
   }
 
  private:
+  long shownVersion_ = 0;  // of the one frame surface there is
   std::shared_ptr<WidgetClipper> clipper_;
 };
 
@@ -59,7 +65,7 @@ class Display : public DisplayDevice {
     QImage image(size.width, size.height, QImage::Format_RGB32);
     if (image.isNull()) throw Error("There is no memory for the picture.");
     image.fill(Qt::black);
-    return std::make_shared<ImageSurface>(std::move(image));
+    return std::make_shared<FrameSurface>(std::move(image));
   }
 
   std::shared_ptr<Surface> CreateSurfaceFromFile(const std::string& path) override {

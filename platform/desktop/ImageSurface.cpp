@@ -57,32 +57,40 @@ void ImageSurface::SetColorKey(Colour low, Colour high) {
   keyed_ = MakeTransparent(image_, ToQColor(low), ToQColor(high));
 }
 
-bool ImageSurface::Blt(const Rect& to, const Surface& source, const Rect& from, ColorKey key) {
-  const QImage& pixels = dynamic_cast<const ImageSurface&>(source).Pixels(key);
+bool ImageSurface::AcceptsBlt(const Rect& to, const ImageSurface& source, const Rect& from) const {
   const QRect target = ToQRect(to);
   const QRect part = ToQRect(from);
-  if (target.isEmpty() || part.isEmpty() || !pixels.rect().contains(part) ||
-      !image_.rect().intersects(target))
-    return false;
+  return !target.isEmpty() && !part.isEmpty() && source.image_.rect().contains(part) &&
+         image_.rect().intersects(target);
+}
+
+bool ImageSurface::AcceptsBltFast(const Rect& to, const ImageSurface& source,
+                                  const Rect& from) const {
+  return AcceptsBlt(to, source, from) && image_.rect().contains(ToQRect(to));
+}
+
+bool ImageSurface::Blt(const Rect& to, const Surface& source, const Rect& from, ColorKey key) {
+  const auto& other = dynamic_cast<const ImageSurface&>(source);
+  if (!AcceptsBlt(to, other, from)) return false;
+  const QImage& pixels = other.Pixels(key);
   QPainter& painter = Painter();
   painter.setCompositionMode(pixels.hasAlphaChannel() ? QPainter::CompositionMode_SourceOver
                                                       : QPainter::CompositionMode_Source);
-  painter.drawImage(target, pixels, part);
+  painter.drawImage(ToQRect(to), pixels, ToQRect(from));
   return true;
 }
 
 bool ImageSurface::BltFast(std::int32_t x, std::int32_t y, const Surface& source, const Rect& from,
                            ColorKey key) {
   const Rect to = {x, y, x + from.Width(), y + from.Height()};
-  const QRect target = ToQRect(to);
-  if (target.isEmpty() || !image_.rect().contains(target)) return false;
-  const QImage& pixels = dynamic_cast<const ImageSurface&>(source).Pixels(key);
+  const auto& other = dynamic_cast<const ImageSurface&>(source);
+  if (!AcceptsBltFast(to, other, from)) return false;
+  const QImage& pixels = other.Pixels(key);
   if (!pixels.hasAlphaChannel()) return Blt(to, source, from, key);
-  if (!pixels.rect().contains(ToQRect(from))) return false;
-  for (int row = 0; row < target.height(); ++row)
+  for (int row = 0; row < to.Height(); ++row)
     CopyOpaque(reinterpret_cast<QRgb*>(image_.scanLine(y + row)) + x,
                reinterpret_cast<const QRgb*>(pixels.constScanLine(from.top + row)) + from.left,
-               target.width());
+               to.Width());
   return true;
 }
 

@@ -19,6 +19,10 @@ class ImageSurface : public Surface {
   /// Pixels as they stand, for looking at; a copy of it would be painted on with the surface.
   const QImage& Image() const { return image_; }
 
+  /// Whether the copies would be taken rather than refused.
+  bool AcceptsBlt(const Rect& to, const ImageSurface& source, const Rect& from) const;
+  bool AcceptsBltFast(const Rect& to, const ImageSurface& source, const Rect& from) const;
+
   Size GetSurfaceDesc() const override;
   void SetClipper(std::shared_ptr<Clipper> clipper) override;
   void SetColorKey(Colour low, Colour high) override;

@@ -10,11 +10,13 @@
 #include <random>
 
 #include "platform/Error.h"
+#include "platform/desktop/FrameSurface.h"
 #include "platform/desktop/ImageSurface.h"
 
 namespace platform {
 namespace {
 
+using desktop::FrameSurface;
 using desktop::ImageSurface;
 
 constexpr QRgb kRed = 0xFFFF0000;
@@ -52,6 +54,52 @@ class Surfaces : public testing::Test {
   ImageSurface to;
   ImageSurface from;
 };
+
+// What is drawn at random, frame after frame, on a surface that paints late and on one that paints
+// at once. Every other frame is drawn like the one before.
+TEST_F(Surfaces, PaintingLateGivesTheSamePicture) {
+  const ImageSurface ground(Filled(16, 16, kBlue));
+  FrameSurface late(Filled(16, 16, kBlack));
+  ImageSurface atOnce(Filled(16, 16, kBlack));
+  for (unsigned frame = 0; frame < 400; ++frame) {
+    for (Surface* const surface : {static_cast<Surface*>(&late), static_cast<Surface*>(&atOnce)}) {
+      std::minstd_rand random(frame / 2 + 1);
+      const auto below = [&](unsigned count) { return static_cast<int>(random() % count); };
+      surface->Blt({0, 0, 16, 16}, ground, {0, 0, 16, 16}, ColorKey::Ignore);
+      surface->SetForeColor(RGB(0, 0, 0));
+      surface->SetFillColor(RGB(0, 0, 0));
+      for (int calls = below(6); calls >= 0; --calls) {
+        const int x = below(20) - 4;
+        const int y = below(20) - 4;
+        switch (below(6)) {
+          case 0:
+            surface->BltFast(x, y, from, {0, 0, 8, 8}, ColorKey::Source);
+            break;
+          case 1:
+            surface->Blt({x, y, x + 5, y + 5}, from, {0, 0, 8, 8}, ColorKey::Source);
+            break;
+          case 2:
+            surface->SetForeColor(RGB(0, x * 10 + 40, 0));
+            break;
+          case 3:
+            surface->SetFillColor(RGB(y * 10 + 40, 0, 0));
+            break;
+          case 4:
+            surface->DrawBox(x, y, x + 4, y + 4);
+            break;
+          default:
+            surface->DrawLine(x, y, x + 3, y);
+        }
+      }
+    }
+    if (frame % 5 == 4) continue;  // a frame that nobody looked at
+    const long version = late.Version();
+    ASSERT_EQ(late.Image(), atOnce.Image()) << "frame " << frame;
+    if (frame % 2 == 1 && frame % 5 != 0) {
+      ASSERT_EQ(late.Version(), version) << "frame " << frame << " was painted for nothing";
+    }
+  }
+}
 
 TEST_F(Surfaces, KeyedCopiesLeaveOutPureBlackAlone) {
   for (const bool fast : {true, false}) {
