@@ -159,6 +159,26 @@ class Windows(RealProgram):
         self.assertEqual(len(self.desktop.windows("About Glimmerfall")), 1)
         self.quit()
 
+    def test_scores_are_reset_after_a_question(self):
+        left, top = self.game.place()
+        self.desktop.click(left + 85, top - 9)
+        options = self.desktop.window("Options Menu")
+        for answer, default in (("n", False), ("y", True)):
+            x, y, _, _ = self.desktop.place(options)
+            self.desktop.click(x + 190, y + 60)
+            self.desktop.window("Reset Scores")
+            time.sleep(0.3)
+            self.desktop.key("alt+" + answer)
+            if answer == "n":
+                self.desktop.window("Glimmerfall")
+                time.sleep(0.3)
+                self.desktop.key("Return")
+            wait_for("the answer to be taken", lambda: not self.desktop.windows("Reset Scores"))
+            time.sleep(0.5)
+            scores = sorted(self.game.folder.glob("score*.gwk"))
+            self.assertEqual(len(scores), 80 if default else 0)
+        self.assertEqual((self.game.folder / "scorenamema10.gwk").read_bytes(), b"Norvane Games\r\n")
+
     def test_chooser_closed_leaves_the_game_alone(self):
         board = self.game.at_rest()
         self.desktop.key("F2")
