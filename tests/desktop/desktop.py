@@ -85,7 +85,8 @@ class Desktop:
 
     def spawn(self, *command, **more):
         more.setdefault("stderr", subprocess.DEVNULL)
-        process = subprocess.Popen(command, env=self.env, **more)
+        more.setdefault("env", self.env)
+        process = subprocess.Popen(command, **more)
         self.processes.append(process)
         return process
 
@@ -188,9 +189,11 @@ class Game:
         self.scale = desktop.scale or 1
         self.sprites = Sprites(self.folder)
         self.process = None
+        self.env = {}  # what the program's own environment has beside the desktop's
 
-    def start(self, command=()):
-        self.process = self.desktop.spawn(*command, str(self.folder / "glimmerfall"))
+    def start(self, *before, **more):
+        command = (*before, str(self.folder / "glimmerfall"))
+        self.process = self.desktop.spawn(*command, env=self.desktop.env | self.env, **more)
         return self
 
     def choose(self, mode):
@@ -292,7 +295,7 @@ class Sprites:
         """Whether no gem stands or flies on the board; the message covers its middle."""
         pixels = np.asarray(picture).astype(np.int16)[:512]
         differs = np.abs(pixels - self.board[:512]).max(axis=2) > 24
-        return not differs[:192].any() and not differs[400:].any()
+        return not differs[:192].any() and not differs[448:].any()
 
     def read(self, picture, tolerance=12.0):
         """By cell the kind at rest, or None where no gem rests. The picked gem's target shows only

@@ -2,44 +2,83 @@
 # SPDX-License-Identifier: MIT
 """Plays the real program for a long time, by mouse and keys from outside: all four modes, all
 windows, pauses, hints and names of high scores, with sound and music on. Prints what the program
-held after a while and at the end, and how long its frames were.
+held over each five minutes, how long its frames were, and which of the long ones the machine
+itself stalled: a process that does nothing but sleep was late at the same time.
 
 Usage: endurance.py FOLDER FRAME_LOG MINUTES [--kill-sound]"""
 
 import argparse
+import collections
+import itertools
 import random
+import sys
 import time
 from pathlib import Path
-
-import numpy as np
+from statistics import median
 
 from desktop import CHOOSER, MAIN, MODES, Desktop, Game, legal_swap
 from measure import FrameTimes, with_frame_log
 
-SETTLED_MINUTES = 5  # what the program holds by then is what it is measured by
 LONG_FRAME_MS = 60
+TOLD_EVERY_MINUTES = 5
 GAME_MINUTES = 3  # a game that lasts longer is given up for a new one
+OPTIONS_MENU = (85, -9)  # from the board's corner
+VOLUME_STEPS = ("Up", "Down", "Page_Up", "Page_Down")
 WINDOW_KEYS = (("ctrl+s", "High Scores..."), ("F1", "Learn to Play..."), ("ctrl+a", "About Glimmerfall"))
 
 
-class Held:
-    """What a process holds: resident memory in kB, open files and threads."""
+class Holdings:
+    """What a process holds over time: resident memory in kB, open files and threads. What plays just
+    now needs more or less of them, so stretches of some minutes are compared."""
 
     def __init__(self, process):
-        folder = Path(f"/proc/{process.pid}")
-        status = dict(line.split(":", 1) for line in (folder / "status").read_text().splitlines())
-        self.memory = int(status["VmRSS"].split()[0])
-        self.threads = int(status["Threads"])
-        self.files = len(list((folder / "fd").iterdir()))
+        self.folder = Path(f"/proc/{process.pid}")
+        self.seen = []
 
-    def __str__(self):
-        return f"{self.memory} kB, {self.files} files, {self.threads} threads"
+    def look(self, minute):
+        status = dict(line.split(":", 1) for line in (self.folder / "status").read_text().splitlines())
+        files = len(list((self.folder / "fd").iterdir()))
+        self.seen.append((minute, int(status["VmRSS"].split()[0]), files, int(status["Threads"])))
+
+    def tell(self, first, last):
+        names = ("kB of memory", "files", "threads")
+        columns = list(zip(*[held for minute, *held in self.seen if first <= minute <= last]))
+        print(f"minutes {first:.0f} to {last:.0f}: " + ", ".join(
+            f"{median(values):.0f} {name} ({min(values)} to {max(values)})" for name, values in zip(names, columns)),
+            flush=True)
+
+
+class Stalls:
+    """The moments at which the machine let nobody run, in nanoseconds of CLOCK_MONOTONIC: a process
+    of its own sleeps for 5 ms again and again and writes down when it woke 15 ms late or later."""
+
+    WATCH = """if True:
+        import time
+        last = time.monotonic_ns()
+        while True:
+            time.sleep(0.005)
+            now = time.monotonic_ns()
+            if now - last > 20_000_000: print(last, now, flush=True)
+            last = now
+        """
+
+    def __init__(self, desktop):
+        self.path = desktop.folder / "stalls.log"
+        with open(self.path, "w") as log:
+            desktop.spawn(sys.executable, "-c", self.WATCH, stdout=log)
+
+    def within(self, start, end):
+        """Milliseconds from `start` to `end` during which the machine stood."""
+        spans = (map(int, line.split()) for line in self.path.read_text().splitlines())
+        return sum(max(0, min(end, b) - max(start, a)) for a, b in spans) / 1e6
 
 
 class Player:
     def __init__(self, desktop, game):
         self.desktop, self.game = desktop, game
-        self.games = self.swaps = self.windows = 0
+        self.swaps = 0
+        self.games, self.windows = collections.Counter(), collections.Counter()
+        self.modes = itertools.cycle(MODES)
 
     def new_game(self, first=False):
         if not first:
@@ -48,8 +87,9 @@ class Player:
         time.sleep(0.3)
         if not self.desktop.windows(CHOOSER):
             return False
-        self.game.choose(random.choice(list(MODES)))
-        self.games += 1
+        mode = next(self.modes)
+        self.game.choose(mode)
+        self.games[mode] += 1
         self.until = time.monotonic() + GAME_MINUTES * 60
         return True
 
@@ -57,7 +97,7 @@ class Player:
         for window in self.desktop.windows(title):
             self.desktop.run("xdotool", "windowactivate", "--sync", str(window), check=False)
             self.desktop.key("Escape")
-            self.windows += 1
+            self.windows[title] += 1
 
     def open_windows(self):
         for keys, title in random.sample(WINDOW_KEYS, len(WINDOW_KEYS)):
@@ -65,7 +105,19 @@ class Player:
             self.desktop.key(keys)
             time.sleep(0.3)
             self.close(title)
+        self.open_options()
         self.game.activate()
+
+    def open_options(self):
+        """Opens the options, moves the music's volume and closes them."""
+        left, top = self.game.place()
+        self.desktop.click(left + OPTIONS_MENU[0], top + OPTIONS_MENU[1])
+        time.sleep(0.3)
+        for window in self.desktop.windows("Options Menu"):
+            x, y, _, _ = self.desktop.place(window)
+            self.desktop.click(x + 30, y + 90)
+            self.desktop.key(random.choice(VOLUME_STEPS))
+        self.close("Options Menu")
 
     def enter_name(self):
         if not self.desktop.windows("Login"):
@@ -111,28 +163,39 @@ class Player:
             self.swaps += 1
 
 
-def watch(player, frames, process, minutes, kill_sound):
+def tell_long_frames(frames, stalls):
+    """One line for each frame over the limit, with what the machine stood still in it."""
+    begins, lengths = frames.each()
+    for begin, length in zip(begins, lengths):
+        if length > LONG_FRAME_MS:
+            stood = stalls.within(begin, begin + length * 1e6)
+            print(f"a frame of {length:.0f} ms, of which the machine stood for {stood:.0f} ms")
+    print(f"frames over {LONG_FRAME_MS} ms: {int((lengths > LONG_FRAME_MS).sum())} of {len(lengths)}")
+
+
+def restart_sound(desktop):
+    desktop.sound_server.kill()
+    desktop.sound_server.wait()
+    time.sleep(5)
+    desktop.start_sound()
+    print("the sound server was killed and started anew", flush=True)
+
+
+def watch(player, process, minutes, kill_sound):
     start = time.monotonic()
-    settled = None
-    while time.monotonic() - start < minutes * 60:
+    held, told = Holdings(process), 0
+    while (passed := (time.monotonic() - start) / 60) < minutes:
         assert process.poll() is None, f"the program ended with {process.returncode}"
         player.step()
-        passed = (time.monotonic() - start) / 60
-        if settled is None and passed >= min(SETTLED_MINUTES, minutes / 2):
-            settled = Held(process)
-            print(f"after {passed:.1f} minutes: {settled}", flush=True)
+        held.look(passed)
+        if passed >= told + TOLD_EVERY_MINUTES:
+            held.tell(told, told + TOLD_EVERY_MINUTES)
+            told += TOLD_EVERY_MINUTES
         if kill_sound and passed >= minutes / 2:
             kill_sound = False
-            player.desktop.sound_server.kill()
-            player.desktop.sound_server.wait()
-            time.sleep(5)
-            player.desktop.start_sound()
-            print("the sound server was killed and started anew", flush=True)
-    end = Held(process)
-    times = frames.between()
-    print(f"at the end: {end}; memory {100 * (end.memory / settled.memory - 1):+.1f} %")
-    print(f"{player.games} games, {player.swaps} swaps, {player.windows} windows; {frames.describe()}")
-    print(f"frames over {LONG_FRAME_MS} ms: {int((times > LONG_FRAME_MS).sum())}")
+            restart_sound(player.desktop)
+    held.tell(told, minutes)
+    print(f"{dict(player.games)} games, {player.swaps} swaps, {dict(player.windows)} windows")
 
 
 def main():
@@ -146,15 +209,18 @@ def main():
     print(f"seed {seed}")
     random.seed(seed)
     with Desktop() as desktop:
-        log = with_frame_log(desktop, options.frame_log)
         game = Game(desktop, options.folder)
+        log = with_frame_log(game, options.frame_log)
         game.start()
         desktop.window(CHOOSER)
         player = Player(desktop, game)
         player.new_game(first=True)
         desktop.window(MAIN)
         game.dealt()
-        watch(player, FrameTimes(log), game.process, options.minutes, options.kill_sound)
+        frames, stalls = FrameTimes(log), Stalls(desktop)
+        watch(player, game.process, options.minutes, options.kill_sound)
+        print(frames.describe())
+        tell_long_frames(frames, stalls)
         game.activate()
         desktop.key("ctrl+q")
         print(f"exit code {game.ended()}")

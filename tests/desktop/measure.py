@@ -34,14 +34,16 @@ class FrameTimes:
     def _count(self):
         return len(self.path.read_text().splitlines()) if self.path.exists() else 0
 
-    def between(self):
+    def each(self):
+        """When each frame began, in nanoseconds of CLOCK_MONOTONIC, and how long it was."""
         lines = self.path.read_text().splitlines()[self.skip:]
         stamps = np.array([np.nan if line == "-" else float(line) for line in lines])
         times = np.diff(stamps) / 1e6
-        return times[np.isfinite(times)]
+        whole = np.isfinite(times)
+        return stamps[:-1][whole], times[whole]
 
     def describe(self):
-        times = self.between()
+        _, times = self.each()
         return (f"{len(times)} frames, median {np.median(times) / FRAME_MS:.3f}, "
                 f"99 % up to {np.percentile(times, 99) / FRAME_MS:.3f} of 21 ms, longest {times.max():.1f} ms")
 
@@ -51,9 +53,9 @@ def processor_seconds(process):
     return (int(fields[11]) + int(fields[12])) / HERTZ
 
 
-def with_frame_log(desktop, library):
-    log = desktop.folder / "frames.log"
-    desktop.env.update(LD_PRELOAD=library, FRAME_LOG=str(log))
+def with_frame_log(game, library):
+    log = game.desktop.folder / "frames.log"
+    game.env.update(LD_PRELOAD=library, FRAME_LOG=str(log))
     return log
 
 
@@ -77,8 +79,9 @@ def measure_start(installed):
 
 def measure_rest(installed, library):
     with Desktop() as desktop:
-        log = with_frame_log(desktop, library)
-        game = Game(desktop, installed).play("Relaxed")
+        game = Game(desktop, installed)
+        log = with_frame_log(game, library)
+        game.play("Relaxed")
         time.sleep(1)
         frames, used = FrameTimes(log), processor_seconds(game.process)
         time.sleep(WATCHED_SECONDS)
@@ -108,8 +111,8 @@ def midi_notes(pitch):
 def measure_track_changes(installed, library):
     for ending in (".wav", ".mp3", ".wma", ".mid"):
         with Desktop() as desktop:
-            log = with_frame_log(desktop, library)
             game = Game(desktop, installed)
+            log = with_frame_log(game, library)
             music = game.folder / "music"
             shutil.rmtree(music)
             music.mkdir()
