@@ -6,7 +6,6 @@ over an older one, and added to the menu.
 Usage: test_folder.py FOLDER [test ...], FOLDER being an installed game."""
 
 import os
-import shutil
 import struct
 import subprocess
 import sys
