@@ -138,7 +138,10 @@ class frmHighScores : public SmallWindow {
 }  // namespace
 
 void ShowHighScores(QWidget* parent) {
-  Present(TheWindow<frmHighScores>(), parent);
+  auto& window = TheWindow<frmHighScores>();
+  Present(window, parent);
+  // A desktop that does not let an open window come forward does not activate it either.
+  window.update();
 }
 
 }  // namespace glimmerfall
