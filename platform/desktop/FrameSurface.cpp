@@ -5,6 +5,10 @@
 
 namespace platform::desktop {
 
+namespace {
+constexpr std::size_t kMostCalls = 1000;  // several frames
+}
+
 const QImage& FrameSurface::Image() const {
   if (calls_ == painted_) return picture_.Image();
   const bool goesOn = calls_.size() > painted_.size() &&
@@ -28,7 +32,7 @@ void FrameSurface::SetColorKey(Colour low, Colour high) {
 bool FrameSurface::Blt(const Rect& to, const Surface& source, const Rect& from, ColorKey key) {
   const auto& image = dynamic_cast<const ImageSurface&>(source);
   if (!picture_.AcceptsBlt(to, image, from)) return false;
-  AddCopy({.kind = Kind::Blt, .to = to, .source = &image, .from = from, .key = key});
+  Add({.kind = Kind::Blt, .to = to, .source = &image, .from = from, .key = key});
   return true;
 }
 
@@ -37,7 +41,7 @@ bool FrameSurface::BltFast(std::int32_t x, std::int32_t y, const Surface& source
   const auto& image = dynamic_cast<const ImageSurface&>(source);
   const Rect to = {x, y, x + from.Width(), y + from.Height()};
   if (!picture_.AcceptsBltFast(to, image, from)) return false;
-  AddCopy({.kind = Kind::BltFast, .to = to, .source = &image, .from = from, .key = key});
+  Add({.kind = Kind::BltFast, .to = to, .source = &image, .from = from, .key = key});
   return true;
 }
 
@@ -58,27 +62,34 @@ void FrameSurface::SetFont(const Font& font) {
 }
 
 void FrameSurface::DrawText(std::int32_t x, std::int32_t y, const std::string& text) {
-  calls_.push_back({.kind = Kind::Text, .to = {x, y, x, y}, .settings = settings_, .text = text});
+  Add({.kind = Kind::Text, .to = {x, y, x, y}, .settings = settings_, .text = text});
 }
 
 void FrameSurface::DrawBox(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) {
-  calls_.push_back({.kind = Kind::Box, .to = {x1, y1, x2, y2}, .settings = settings_});
+  Add({.kind = Kind::Box, .to = {x1, y1, x2, y2}, .settings = settings_});
 }
 
 void FrameSurface::DrawLine(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) {
-  calls_.push_back({.kind = Kind::Line, .to = {x1, y1, x2, y2}, .settings = settings_});
+  Add({.kind = Kind::Line, .to = {x1, y1, x2, y2}, .settings = settings_});
 }
 
 bool FrameSurface::Covers(const Call& call) const {
   const Size size = GetSurfaceDesc();
-  return call.key == ColorKey::Ignore && call.to.left <= 0 && call.to.top <= 0 &&
-         call.to.right >= size.width && call.to.bottom >= size.height;
+  return call.source != nullptr && call.key == ColorKey::Ignore && call.to.left <= 0 &&
+         call.to.top <= 0 && call.to.right >= size.width && call.to.bottom >= size.height;
 }
 
-// What lies beneath a copy that covers all need not be painted.
-void FrameSurface::AddCopy(const Call& call) {
-  if (Covers(call)) calls_.clear();
-  calls_.push_back(call);
+// What lies beneath a copy that covers all need not be painted. Where no such copy comes, since the
+// picture for it could not be loaded, the list is painted and begun anew before it grows too long.
+void FrameSurface::Add(Call call) {
+  if (Covers(call)) {
+    calls_.clear();
+  } else if (calls_.size() == kMostCalls) {
+    Image();
+    calls_.clear();
+    painted_.clear();
+  }
+  calls_.push_back(std::move(call));
 }
 
 void FrameSurface::Paint(const Call& call) const {

@@ -12,7 +12,7 @@
 namespace platform::desktop {
 
 /// Surfaces that it copies from are read when it paints, so they have to stay as they are. A copy
-/// that covers it whole ends the list of what was drawn before.
+/// that covers it whole begins the list anew.
 class FrameSurface : public Surface {
  public:
   explicit FrameSurface(QImage image) : picture_(std::move(image)) {}
@@ -60,12 +60,12 @@ class FrameSurface : public Surface {
   };
 
   bool Covers(const Call& call) const;
-  void AddCopy(const Call& call);
+  void Add(Call call);
   void Paint(const Call& call) const;
   void Apply(const Settings& settings) const;
 
   Settings settings_;        // those of the operations to come
-  std::vector<Call> calls_;  // what was drawn since the last copy that covered all
+  std::vector<Call> calls_;  // what was drawn since the list began
 
   // The picture, and the list that it was painted from.
   mutable ImageSurface picture_;
