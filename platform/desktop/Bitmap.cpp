@@ -21,7 +21,8 @@ constexpr int kWidthAt = 18;
 constexpr int kHeightAt = 22;
 constexpr int kDepthAt = 28;
 constexpr int kCompressionAt = 30;
-constexpr int kHeadBytes = 34;
+constexpr int kImageBytesAt = 34;
+constexpr int kHeadBytes = 38;
 
 constexpr quint32 kUncompressed = 0;
 constexpr quint32 kBitfields = 3;
@@ -36,15 +37,20 @@ Number ReadAt(const QByteArray& head, int offset) {
   return qFromLittleEndian<Number>(head.constData() + offset);
 }
 
-// The toolkit shows what there is of a bitmap that was cut short; the game does not.
-bool IsCutShort(const QByteArray& head, qint64 fileBytes) {
-  if (head.size() < kHeadBytes) return true;
+// How long packed pixels are only the header tells; the length of all others follows from the size.
+qint64 PixelBytes(const QByteArray& head) {
   const auto compression = ReadAt<quint32>(head, kCompressionAt);
-  if (compression != kUncompressed && compression != kBitfields) return false;
+  if (compression != kUncompressed && compression != kBitfields)
+    return ReadAt<quint32>(head, kImageBytesAt);
   const qint64 rowBits = qint64{ReadAt<qint32>(head, kWidthAt)} * ReadAt<quint16>(head, kDepthAt);
   const qint64 rowBytes = (rowBits + kRowBits - 1) / kRowBits * (kRowBits / 8);
-  const qint64 rows = std::abs(qint64{ReadAt<qint32>(head, kHeightAt)});
-  return fileBytes < ReadAt<quint32>(head, kPixelOffsetAt) + rowBytes * rows;
+  return rowBytes * std::abs(qint64{ReadAt<qint32>(head, kHeightAt)});
+}
+
+// The toolkit shows what there is of a bitmap that was cut short; the game does not.
+bool IsCutShort(const QByteArray& head, qint64 fileBytes) {
+  return head.size() < kHeadBytes ||
+         fileBytes < ReadAt<quint32>(head, kPixelOffsetAt) + PixelBytes(head);
 }
 
 }  // namespace
