@@ -155,13 +155,10 @@ void WriteScore(const std::string& path, float64 value) {
 void CheckHighScore() {
   const ScoreTable& table = ReadScores(gameMode);
   newScoreRank = kNoRank;
-  bool beaten = false;
-  for (int16 place = 1; place <= kPlaces; ++place) {
-    if (!(score > table[static_cast<std::size_t>(place)])) continue;
-    beaten = true;
-    newScoreRank = std::min(newScoreRank, place);
-  }
-  if (beaten && showNameWindow != nullptr) showNameWindow();
+  for (int16 place = 1; place <= kPlaces; ++place)
+    if (score > table[static_cast<std::size_t>(place)])
+      newScoreRank = std::min(newScoreRank, place);
+  if (newScoreRank != kNoRank && showNameWindow != nullptr) showNameWindow();
 }
 
 }  // namespace glimmerfall

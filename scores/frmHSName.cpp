@@ -39,8 +39,6 @@ class frmHSName : public SmallWindow {
     connect(cmdOK, &QPushButton::clicked, this, &frmHSName::cmdOK_Click);
   }
 
-  void Load() {}
-
   void Open(QWidget* parent) {
     Present(*this, parent);
     txtUserName->setFocus();

@@ -2,6 +2,7 @@
 #include "ui/Layout.h"
 
 #include <QApplication>
+#include <QFont>
 #include <QFontMetrics>
 #include <QLabel>
 #include <QPainter>
@@ -9,8 +10,6 @@
 #include <QScreen>
 #include <algorithm>
 #include <cmath>
-#include <utility>
-#include <vector>
 
 #include "platform/Program.h"
 
@@ -27,11 +26,6 @@ constexpr int kWordMargin = 8;  // around words in a picture's place
 constexpr int kBorderShade = 180;
 constexpr int kHoverShade = 106;
 constexpr int kPressedShade = 115;
-
-std::vector<QPointer<QWidget>>& KeptWindows() {
-  static std::vector<QPointer<QWidget>> windows;
-  return windows;
-}
 
 int PixelsOf(double points) {
   return static_cast<int>(std::lround(points * kPixelsPerPoint));
@@ -180,16 +174,6 @@ void Present(QWidget& window, QWidget* parent) {
   window.show();
   window.raise();
   window.activateWindow();
-}
-
-void Keep(QWidget* window) {
-  std::erase_if(KeptWindows(), [](const auto& kept) { return kept.isNull(); });
-  KeptWindows().emplace_back(window);
-}
-
-void CloseAllWindows() {
-  for (const QPointer<QWidget>& window : std::exchange(KeptWindows(), {}))
-    delete window;
 }
 
 }  // namespace glimmerfall

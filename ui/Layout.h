@@ -6,7 +6,6 @@
 
 #include <QColor>
 #include <QDialog>
-#include <QFont>
 #include <QIcon>
 #include <QPointer>
 #include <initializer_list>
@@ -63,6 +62,9 @@ inline constexpr TextLook kPlainText = {FontFamily::Arial, 8.25, kBlack,
 class SmallWindow : public QDialog {
  public:
   explicit SmallWindow(const WindowLook& look);
+
+  /// What a window does once when it is made, with its controls in place; events may run.
+  void Load() {}
 };
 
 /// Names `widget`, tells its words to screen readers, and moves it to its place.
@@ -98,19 +100,13 @@ void Present(QWidget& window, QWidget* parent);
 /// Puts a hidden window above `parent`.
 void SetOwner(QWidget& window, QWidget* parent);
 
-/// Keeps `window` until CloseAllWindows.
-void Keep(QWidget* window);
-
-/// Deletes the windows; called before the end of main. The next use makes a window anew.
-void CloseAllWindows();
-
-/// The one window of this class, made on first use.
+/// The one window of this class, made on first use and after it was deleted. It is not loaded by
+/// its constructor, since events that run while it loads may ask for it again.
 template <typename Window>
 Window& TheWindow() {
   static QPointer<Window> window;
   if (window.isNull()) {
     window = new Window;
-    Keep(window);
     window->Load();
   }
   return *window;

@@ -34,8 +34,6 @@ class frmLearn : public SmallWindow {
     OKButton->setDefault(true);
     connect(OKButton, &QPushButton::clicked, this, &QWidget::hide);
   }
-
-  void Load() {}
 };
 
 }  // namespace

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ui/frmMain.h"
 
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLayout>
 #include <QMenuBar>

@@ -90,8 +90,6 @@ class frmOptions : public SmallWindow {
     connect(OKButton, &QPushButton::clicked, this, &frmOptions::OKButton_Click);
   }
 
-  void Load() {}
-
  private:
   void VolSlider_Change() {
     musicVolume = VolumeOf(VolSlider->value());

@@ -124,8 +124,6 @@ class frmWelcome : public SmallWindow {
     options_[0]->setChecked(true);
   }
 
-  void Load() {}
-
   /// Waits for the player; true for Start.
   bool Ask(QWidget* parent) {
     SetOwner(*this, parent);

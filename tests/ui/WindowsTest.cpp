@@ -42,6 +42,62 @@ QWidget* FindWindow(const QString& name) {
 void LetToolkitRun() {
   for (int i = 0; i < 3; ++i)
     QApplication::processEvents();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+QWidget& Window(const QString& name) {
+  QWidget* const window = FindWindow(name);
+  if (window == nullptr) throw std::runtime_error("no window " + name.toStdString());
+  return *window;
+}
+
+template <typename Widget = QWidget>
+Widget& Find(const QString& window, const QString& name) {
+  auto* const widget = Window(window).findChild<Widget*>(name);
+  if (widget == nullptr) throw std::runtime_error("no control " + name.toStdString());
+  return *widget;
+}
+
+std::string TextOf(const QWidget& widget) {
+  return widget.property("text").toString().toStdString();
+}
+
+std::string Line(const QString& name) {
+  return TextOf(Find("frmHighScores", name));
+}
+
+void Click(const QString& window, const QString& name) {
+  QTest::mouseClick(&Find(window, name), Qt::LeftButton);
+  LetToolkitRun();
+}
+
+void PressKey(Qt::Key key) {
+  LetToolkitRun();
+  if (QApplication::focusWidget() == nullptr) throw std::runtime_error("nothing has the focus");
+  QTest::keyClick(QApplication::focusWidget(), key);
+  LetToolkitRun();
+}
+
+// Opens the chooser, lets `player` act on it, and answers whether a game was started.
+bool Choose(const std::function<void()>& player) {
+  QTimer::singleShot(0, [&] {
+    LetToolkitRun();
+    player();
+    if (QWidget& window = Window("frmWelcome"); window.isVisible()) {
+      ADD_FAILURE() << "the chooser is still open";
+      window.hide();
+    }
+  });
+  return ChooseMode(nullptr);
+}
+
+void OpenAll() {
+  ShowHighScores(nullptr);
+  ShowOptions(nullptr);
+  ShowLearn(nullptr);
+  ShowAbout(nullptr);
+  showNameWindow();
+  Choose([] { PressKey(Qt::Key_Escape); });
 }
 
 // In memory where that can be had: each test makes eighty files.
@@ -61,68 +117,12 @@ class WindowsTest : public testing::Test {
     UseNameWindow(nullptr);
   }
   ~WindowsTest() override {
-    CloseAllWindows();
-    LetToolkitRun();
-  }
-
-  QWidget& Window(const QString& name) {
-    QWidget* const window = FindWindow(name);
-    if (window == nullptr) throw std::runtime_error("no window " + name.toStdString());
-    return *window;
-  }
-
-  template <typename Widget = QWidget>
-  Widget& Find(const QString& window, const QString& name) {
-    auto* const widget = Window(window).findChild<Widget*>(name);
-    if (widget == nullptr) throw std::runtime_error("no control " + name.toStdString());
-    return *widget;
-  }
-
-  void Click(const QString& window, const QString& name) {
-    QTest::mouseClick(&Find(window, name), Qt::LeftButton);
-    LetToolkitRun();
-  }
-
-  /// Opens the chooser, lets `player` act on it, and answers whether a game was started.
-  bool Choose(const std::function<void()>& player) {
-    QTimer::singleShot(0, [&] {
-      LetToolkitRun();
-      player();
-      if (QWidget* const window = FindWindow("frmWelcome"); window->isVisible()) {
-        ADD_FAILURE() << "the chooser is still open";
-        window->hide();
-      }
-    });
-    return ChooseMode(nullptr);
-  }
-
-  QRadioButton& Option(int number) {
-    return Find<QRadioButton>("frmWelcome", "Option" + QString::number(number));
-  }
-
-  void PressKey(Qt::Key key) {
-    LetToolkitRun();
-    if (QApplication::focusWidget() == nullptr) throw std::runtime_error("nothing has the focus");
-    QTest::keyClick(QApplication::focusWidget(), key);
-    LetToolkitRun();
-  }
-
-  void OpenAll() {
-    ShowHighScores(nullptr);
-    ShowOptions(nullptr);
-    ShowLearn(nullptr);
-    ShowAbout(nullptr);
-    showNameWindow();
-    Choose([&] { PressKey(Qt::Key_Escape); });
-    LetToolkitRun();
+    for (QWidget* const window : QApplication::topLevelWidgets())
+      if (window->objectName().startsWith("frm")) delete window;
   }
 
   void StoreName(int place, const std::string& bytes) {
     std::ofstream(NameFile(modeNormal, place), std::ios::binary) << bytes;
-  }
-
-  std::string Line(const QString& name) {
-    return Find<QLabel>("frmHighScores", name).text().toStdString();
   }
 
   void SavePicture(const QString& name, QSize size, Qt::GlobalColor colour) {
@@ -132,12 +132,6 @@ class WindowsTest : public testing::Test {
     ASSERT_TRUE(image.save(folder_.filePath("images/" + name)));
   }
 
-  QColor PixelAt(const QString& window, QPoint place) {
-    QWidget& widget = Window(window);
-    const QImage image = widget.grab().toImage();
-    return image.pixelColor(place * widget.devicePixelRatioF());
-  }
-
   QTemporaryDir folder_{ScratchPattern()};
 };
 
@@ -145,16 +139,14 @@ struct WindowRow {
   const char* name;
   const char* caption;
   QSize size;
-  QRgb background;
-  QPoint bare;  // a place without a control
 };
 const std::vector<WindowRow> kWindows = {
-    {"frmWelcome", "Norvane Games Presents...", {527, 315}, qRgb(224, 224, 224), {3, 3}},
-    {"frmOptions", "Options Menu", {240, 168}, qRgb(192, 255, 192), {230, 5}},
-    {"frmLearn", "Learn to Play...", {512, 512}, qRgb(0, 0, 64), {2, 511}},
-    {"frmAbout", "About Glimmerfall", {382, 206}, qRgb(240, 240, 240), {150, 20}},
-    {"frmHighScores", "High Scores...", {484, 602}, qRgb(0, 128, 0), {3, 590}},
-    {"frmHSName", "Login", {313, 69}, qRgb(128, 0, 0), {5, 5}},
+    {"frmWelcome", "Norvane Games Presents...", {527, 315}},
+    {"frmOptions", "Options Menu", {240, 168}},
+    {"frmLearn", "Learn to Play...", {512, 512}},
+    {"frmAbout", "About Glimmerfall", {382, 206}},
+    {"frmHighScores", "High Scores...", {484, 602}},
+    {"frmHSName", "Login", {313, 69}},
 };
 
 constexpr int kCentred = 3;  // pixels; the frame counts
@@ -208,10 +200,6 @@ const std::vector<ControlRow> kControls = {
     {"frmHSName", "Label1", {24, 8, 273, 25}, "You got a HIGH SCORE!!!"},
 };
 
-std::string TextOf(const QWidget& widget) {
-  return widget.property("text").toString().toStdString();
-}
-
 TEST_F(WindowsTest, EveryWindowStandsAsItsTableSays) {
   OpenAll();
   for (const WindowRow& row : kWindows) {
@@ -220,7 +208,6 @@ TEST_F(WindowsTest, EveryWindowStandsAsItsTableSays) {
     EXPECT_EQ(window.windowTitle(), row.caption);
     EXPECT_EQ(window.size(), row.size);
     EXPECT_EQ(window.minimumSize(), window.maximumSize());
-    EXPECT_EQ(PixelAt(row.name, row.bare).rgb(), row.background);
     const QPoint off = window.geometry().center() - window.screen()->availableGeometry().center();
     // A window that is larger than the screen begins where the screen does.
     EXPECT_TRUE(std::abs(off.x()) <= kCentred || window.x() == 0) << off.x();
@@ -245,86 +232,38 @@ TEST_F(WindowsTest, EveryTextFitsItsControl) {
                         (label->wordWrap() ? static_cast<int>(Qt::TextWordWrap) : 0);
       const QRect room = label->contentsRect();
       const QRect text = label->fontMetrics().boundingRect(room, flags, label->text());
-      EXPECT_TRUE(room.contains(text)) << label->text().toStdString();
+      EXPECT_TRUE(room.contains(text)) << TextOf(*label);
       ++texts;
     }
     for (auto* const button : Window(row.name).findChildren<QPushButton*>()) {
       const QSize text = button->fontMetrics().size(Qt::TextSingleLine, button->text());
-      EXPECT_LE(text.width(), button->width() - 4) << button->text().toStdString();
-      EXPECT_LE(text.height(), button->height() - 4) << button->text().toStdString();
+      EXPECT_EQ(text, text.boundedTo(button->size() - QSize(4, 4))) << TextOf(*button);
       ++texts;
     }
   }
   EXPECT_GE(texts, 60);
 }
 
-TEST_F(WindowsTest, ButtonsAndTextsHaveTheColoursOfTheirTables) {
-  OpenAll();
-  QApplication::setActiveWindow(nullptr);
-  const std::vector<std::tuple<const char*, QPoint, QRgb>> buttons = {
-      {"frmWelcome", {276, 292}, qRgb(192, 255, 192)},
-      {"frmWelcome", {412, 292}, qRgb(255, 192, 192)},
-      {"frmWelcome", {330, 66}, qRgb(0, 0, 64)},
-      {"frmOptions", {156, 60}, qRgb(255, 192, 192)},
-      {"frmOptions", {156, 124}, qRgb(255, 192, 192)},
-      {"frmLearn", {404, 492}, qRgb(128, 255, 128)},
-      {"frmHSName", {252, 53}, qRgb(224, 224, 224)},
-  };
-  for (const auto& [window, place, colour] : buttons)
-    EXPECT_EQ(PixelAt(window, place).rgb(), colour) << window << ' ' << place.x();
-  const auto colourOf = [&](const char* window, const char* label) {
-    return Find(window, label).palette().color(QPalette::WindowText).rgb();
-  };
-  EXPECT_EQ(colourOf("frmHighScores", "Label99"), qRgb(192, 255, 192));
-  EXPECT_EQ(colourOf("frmHighScores", "Label31"), qRgb(0, 0, 255));
-  EXPECT_EQ(colourOf("frmHighScores", "m5"), qRgb(255, 255, 255));
-  EXPECT_EQ(colourOf("frmHSName", "lblLabels"), qRgb(255, 255, 255));
-  EXPECT_EQ(colourOf("frmHSName", "Label1"), qRgb(0, 255, 0));
-  EXPECT_EQ(colourOf("frmAbout", "lblTitle"), qRgb(0, 0, 0));
-}
-
-TEST_F(WindowsTest, FontsAreSizedInPixelsAndOnlyMadeSmallerToFit) {
-  OpenAll();
-  const auto font = [&](const char* window, const char* label) {
-    return Find(window, label).font();
-  };
-  EXPECT_EQ(font("frmHighScores", "Label99").pixelSize(), 27);
-  EXPECT_TRUE(font("frmHighScores", "Label99").italic());
-  EXPECT_EQ(font("frmHighScores", "m3").pixelSize(), 13);
-  EXPECT_TRUE(font("frmHighScores", "m3").bold());
-  EXPECT_EQ(font("frmHighScores", "m3").families().first(), "Verdana");
-  EXPECT_EQ(font("frmAbout", "lblTitle").pixelSize(), 19);
-  EXPECT_EQ(font("frmAbout", "lblTitle").families().first(), "Arial");
-  EXPECT_LE(font("frmHSName", "Label1").pixelSize(), 21);
-}
-
-TEST_F(WindowsTest, StartIsTakenAsItStands) {
-  EXPECT_TRUE(Choose([&] {
-    EXPECT_TRUE(Option(1).isChecked());
-    PressKey(Qt::Key_Return);
-  }));
-  EXPECT_EQ(gameMode, modeNormal);
-  EXPECT_FALSE(Window("frmWelcome").isVisible());
-}
-
 TEST_F(WindowsTest, AnOptionChoosesItsModeAtOnceAndStaysForTheNextGame) {
-  const std::vector<std::tuple<int, GameMode, const char*, const char*>> options = {
-      {2, modeFrantic, "Frantic",
+  const std::vector<std::tuple<QString, GameMode, const char*, const char*>> options = {
+      {"Option2", modeFrantic, "Frantic",
        "Fast matching mode, start with 10 seconds and it goes down from there."},
-      {3, modeMarathon, "Marathon", "You will have 3 minutes to score as much as you can."},
-      {4, modeRelaxing, "Relaxed", "No time limit, just matching"},
-      {1, modeNormal, "Normal", "Match 3 to earn points and time to match more."},
+      {"Option3", modeMarathon, "Marathon", "You will have 3 minutes to score as much as you can."},
+      {"Option4", modeRelaxing, "Relaxed", "No time limit, just matching"},
+      {"Option1", modeNormal, "Normal", "Match 3 to earn points and time to match more."},
   };
-  for (const auto& [number, mode, word, tooltip] : options) {
-    EXPECT_TRUE(Choose([&, number = number, mode = mode, word = word, tooltip = tooltip] {
-      EXPECT_EQ(Option(number).accessibleName(), word);
-      EXPECT_EQ(Option(number).toolTip(), tooltip);
-      QTest::mouseClick(&Option(number), Qt::LeftButton, {}, QPoint(15, 2));
+  for (const auto& row : options) {
+    EXPECT_TRUE(Choose([&row] {
+      const auto& [name, mode, word, tooltip] = row;
+      auto& option = Find("frmWelcome", name);
+      EXPECT_EQ(option.accessibleName(), word);
+      EXPECT_EQ(option.toolTip(), tooltip);
+      QTest::mouseClick(&option, Qt::LeftButton, {}, QPoint(15, 2));
       EXPECT_EQ(gameMode, mode);
       Click("frmWelcome", "OKButton");
     }));
-    EXPECT_EQ(gameMode, mode);
-    EXPECT_TRUE(Option(number).isChecked());
+    EXPECT_EQ(gameMode, std::get<GameMode>(row));
+    EXPECT_TRUE(Find<QRadioButton>("frmWelcome", std::get<QString>(row)).isChecked());
   }
   EXPECT_EQ(Find("frmWelcome", "Command2").toolTip(),
             "Learn to play, it only takes a minute or two.");
@@ -332,58 +271,46 @@ TEST_F(WindowsTest, AnOptionChoosesItsModeAtOnceAndStaysForTheNextGame) {
 }
 
 TEST_F(WindowsTest, AClosedChooserLeavesTheModeAsItWas) {
-  gameMode = modeNormal;
-  EXPECT_TRUE(Choose([&] {
-    Click("frmWelcome", "Option3");
-    Click("frmWelcome", "OKButton");
-  }));
-  EXPECT_FALSE(Choose([&] {
+  gameMode = modeMarathon;
+  EXPECT_FALSE(Choose([] {
     Click("frmWelcome", "Option4");
     PressKey(Qt::Key_Escape);
   }));
   EXPECT_EQ(gameMode, modeMarathon);
-  EXPECT_FALSE(Choose([&] {
-    Click("frmWelcome", "Option2");
-    Window("frmWelcome").close();
-  }));
-  EXPECT_EQ(gameMode, modeMarathon);
-  EXPECT_TRUE(Choose([&] { Click("frmWelcome", "OKButton"); }));
+  EXPECT_TRUE(Choose([] { Click("frmWelcome", "OKButton"); }));
   EXPECT_EQ(gameMode, modeMarathon);
 }
 
 TEST_F(WindowsTest, TheChooserIsUsedByKeyboard) {
-  EXPECT_TRUE(Choose([&] {
+  gameMode = modeFrantic;
+  EXPECT_TRUE(Choose([] { PressKey(Qt::Key_Return); }));
+  EXPECT_EQ(gameMode, modeNormal) << "Start is ready to be pressed, and Normal is selected";
+  EXPECT_TRUE(Choose([] {
     QStringList visited;
     for (int i = 0; i < 7; ++i) {
       visited << QApplication::focusWidget()->objectName();
       PressKey(Qt::Key_Tab);
     }
     EXPECT_EQ(visited.join(' '), "OKButton Command2 Option1 Option3 Option2 Option4 OKButton");
-    Option(2).setFocus();
-    PressKey(Qt::Key_Space);
-    EXPECT_EQ(gameMode, modeFrantic);
-    PressKey(Qt::Key_Down);
-    EXPECT_EQ(gameMode, modeMarathon);
-    PressKey(Qt::Key_Down);
-    EXPECT_EQ(gameMode, modeRelaxing);
-    PressKey(Qt::Key_Up);
-    EXPECT_EQ(gameMode, modeMarathon);
+    Find("frmWelcome", "Option2").setFocus();
+    for (const auto& [key, mode] : {std::pair(Qt::Key_Space, modeFrantic),
+                                    {Qt::Key_Down, modeMarathon},
+                                    {Qt::Key_Down, modeRelaxing},
+                                    {Qt::Key_Up, modeMarathon}}) {
+      PressKey(key);
+      EXPECT_EQ(gameMode, mode);
+    }
     PressKey(Qt::Key_Return);
   }));
   EXPECT_EQ(gameMode, modeMarathon);
-  EXPECT_FALSE(Choose([&] {
-    EXPECT_EQ(QApplication::focusWidget()->objectName(), "OKButton");
-    PressKey(Qt::Key_Escape);
-  }));
 }
 
 TEST_F(WindowsTest, LearnToPlayHoldsTheChooserUntilItCloses) {
   ShowLearn(nullptr);
-  EXPECT_FALSE(Window("frmLearn").isModal());
-  EXPECT_TRUE(Choose([&] {
+  EXPECT_TRUE(Choose([] {
     EXPECT_EQ(QApplication::activeModalWidget(), &Window("frmWelcome"));
     Click("frmWelcome", "Option3");
-    QTimer::singleShot(0, [&] {
+    QTimer::singleShot(0, [] {
       LetToolkitRun();
       EXPECT_EQ(QApplication::activeModalWidget(), &Window("frmLearn"));
       EXPECT_TRUE(Window("frmWelcome").isVisible());
@@ -391,7 +318,6 @@ TEST_F(WindowsTest, LearnToPlayHoldsTheChooserUntilItCloses) {
     });
     Click("frmWelcome", "Command2");
     EXPECT_FALSE(Window("frmLearn").isVisible());
-    EXPECT_EQ(gameMode, modeMarathon);
     Click("frmWelcome", "OKButton");
   }));
   EXPECT_EQ(gameMode, modeMarathon);
@@ -400,7 +326,7 @@ TEST_F(WindowsTest, LearnToPlayHoldsTheChooserUntilItCloses) {
   EXPECT_FALSE(Window("frmLearn").isModal());
 }
 
-TEST_F(WindowsTest, TheMusicSliderSetsTheVolumeAtOnce) {
+TEST_F(WindowsTest, TheMusicSliderRunsFromTheTopDownAndIsHeardAtOnce) {
   music = std::make_unique<DXAudio>();
   music->InitDXAudio();
   music->PlayBackground("track.wav");
@@ -408,33 +334,21 @@ TEST_F(WindowsTest, TheMusicSliderSetsTheVolumeAtOnce) {
   auto& slider = Find<QSlider>("frmOptions", "VolSlider");
   EXPECT_EQ(slider.value(), 10);
   EXPECT_EQ(musicVolume, -900);
-  for (int value = 20; value >= 0; --value) {
-    slider.setValue(value);
-    const int32 expected = value == 20 ? -10000 : value * -90;
-    EXPECT_EQ(musicVolume, expected) << value;
-    EXPECT_EQ(twin::Graphs().back()->volume, expected) << value;
+  slider.setFocus();
+  for (const auto& [key, volume] : {std::pair(Qt::Key_Up, -810),
+                                    {Qt::Key_PageDown, -1260},
+                                    {Qt::Key_Home, 0},
+                                    {Qt::Key_End, -10000},
+                                    {Qt::Key_Up, -1710}}) {
+    PressKey(key);
+    EXPECT_EQ(musicVolume, volume);
+    EXPECT_EQ(twin::Graphs().back()->volume, volume);
   }
   music.reset();
-  slider.setValue(20);
-  EXPECT_EQ(musicVolume, -10000);
-}
-
-TEST_F(WindowsTest, SlidersRunFromTheTopDownInSmallAndLargeSteps) {
-  ShowOptions(nullptr);
-  auto& slider = Find<QSlider>("frmOptions", "VolSlider");
-  slider.setFocus();
-  const std::vector<std::pair<Qt::Key, int>> keys = {{Qt::Key_Up, 9},        {Qt::Key_Down, 10},
-                                                     {Qt::Key_PageDown, 15}, {Qt::Key_PageUp, 10},
-                                                     {Qt::Key_Home, 0},      {Qt::Key_End, 20}};
-  for (const auto& [key, value] : keys) {
-    PressKey(key);
-    EXPECT_EQ(slider.value(), value) << key;
-  }
-  const QPoint handle(slider.width() / 2, slider.height() - 8);
+  const QPoint handle(slider.width() / 2, slider.height() - 12);
   QTest::mousePress(&slider, Qt::LeftButton, {}, handle);
   QTest::mouseMove(&slider, QPoint(handle.x(), 2));
-  EXPECT_EQ(slider.value(), 0);
-  EXPECT_EQ(musicVolume, 0) << "while the button is still held";
+  EXPECT_EQ(musicVolume, 0) << "while the button is still held, and without music";
   QTest::mouseRelease(&slider, Qt::LeftButton, {}, QPoint(handle.x(), 2));
 }
 
@@ -449,7 +363,6 @@ TEST_F(WindowsTest, TheEffectsSliderAndOkSetTheSwitch) {
   EXPECT_EQ(soundOn, kTrue);
   soundOn = kFalse;
   PressKey(Qt::Key_Escape);
-  EXPECT_FALSE(Window("frmOptions").isVisible());
   EXPECT_EQ(soundOn, kFalse) << "only OK overrides the menu";
   ShowOptions(nullptr);
   Click("frmOptions", "OKButton");
@@ -461,7 +374,8 @@ TEST_F(WindowsTest, TheEffectsSliderAndOkSetTheSwitch) {
 }
 
 TEST_F(WindowsTest, ResetScoresAsksFirst) {
-  std::ofstream(ScoreFile(modeMarathon, 10)) << "12345678";
+  const std::string file = ScoreFile(modeMarathon, 10);
+  WriteScore(file, 7);
   ShowOptions(nullptr);
   twin::AnswerMessages(platform::MessageAnswer::No);
   Click("frmOptions", "Command1");
@@ -472,40 +386,32 @@ TEST_F(WindowsTest, ResetScoresAsksFirst) {
   EXPECT_EQ(twin::Messages()[1].text, "Whew.  That was close.  I didn't reset the scores.");
   EXPECT_EQ(twin::Messages()[1].title, "");
   EXPECT_EQ(twin::Messages()[1].buttons, platform::MessageButtons::Ok);
-  EXPECT_NE(ReadScore(ScoreFile(modeMarathon, 10)), 100);
-
-  twin::Messages().clear();
+  EXPECT_EQ(ReadScore(file), 7);
   twin::AnswerMessages(platform::MessageAnswer::Yes);
   Click("frmOptions", "Command1");
-  EXPECT_EQ(twin::Messages().size(), 1U);
-  EXPECT_EQ(ReadScore(ScoreFile(modeMarathon, 10)), 100);
+  EXPECT_EQ(twin::Messages().size(), 3U);
+  EXPECT_EQ(ReadScore(file), 100);
 }
 
 TEST_F(WindowsTest, AboutIsBuiltAnewEachTime) {
-  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+  const std::vector<std::function<void()>> ends = {[] { PressKey(Qt::Key_Return); },
+                                                   [] { PressKey(Qt::Key_Escape); }};
+  for (const auto& end : ends) {
     ShowAbout(nullptr);
     QWidget* const first = FindWindow("frmAbout");
     ShowAbout(nullptr);
     EXPECT_EQ(FindWindow("frmAbout"), first);
-    EXPECT_EQ(first->windowTitle(), "About Glimmerfall");
-    QTest::keyClick(first, key);
+    end();
     LetToolkitRun();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_EQ(FindWindow("frmAbout"), nullptr) << key;
+    EXPECT_EQ(FindWindow("frmAbout"), nullptr);
   }
-  ShowAbout(nullptr);
-  Window("frmAbout").close();
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  EXPECT_EQ(FindWindow("frmAbout"), nullptr);
 }
 
 TEST_F(WindowsTest, WindowsAreHiddenAndComeBackAsTheyWere) {
-  QWidget parent;
-  parent.show();
   const std::vector<std::pair<QString, std::function<void()>>> windows = {
-      {"frmHighScores", [&] { ShowHighScores(&parent); }},
-      {"frmOptions", [&] { ShowOptions(&parent); }},
-      {"frmLearn", [&] { ShowLearn(&parent); }},
+      {"frmHighScores", [] { ShowHighScores(nullptr); }},
+      {"frmOptions", [] { ShowOptions(nullptr); }},
+      {"frmLearn", [] { ShowLearn(nullptr); }},
       {"frmHSName", [] { showNameWindow(); }},
   };
   for (const auto& [name, show] : windows) {
@@ -514,35 +420,23 @@ TEST_F(WindowsTest, WindowsAreHiddenAndComeBackAsTheyWere) {
     QWidget* const window = &Window(name);
     window->move(20, 30);
     EXPECT_FALSE(window->isModal());
-    for (const bool byKey : {true, false}) {
-      if (byKey) {
-        QTest::keyClick(window, Qt::Key_Escape);
-      } else {
-        window->close();
-      }
-      EXPECT_FALSE(window->isVisible());
-      show();
-      show();
-      EXPECT_TRUE(window->isVisible());
-      EXPECT_EQ(FindWindow(name), window);
-      EXPECT_EQ(window->pos(), QPoint(20, 30));
-    }
+    QTest::keyClick(window, Qt::Key_Escape);
+    EXPECT_FALSE(window->isVisible());
+    show();
+    window->close();
+    show();
+    show();
+    EXPECT_EQ(FindWindow(name), window);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(window->pos(), QPoint(20, 30));
   }
 }
 
-TEST_F(WindowsTest, ClosedWindowsAreMadeAnew) {
-  ShowOptions(nullptr);
-  Find<QSlider>("frmOptions", "VolSlider").setValue(3);
-  CloseAllWindows();
-  EXPECT_EQ(FindWindow("frmOptions"), nullptr);
-  {
-    QWidget parent;
-    ShowLearn(&parent);
+class WithoutActivation : public QObject {
+  bool eventFilter(QObject*, QEvent* event) override {
+    return event->type() == QEvent::WindowActivate;
   }
-  EXPECT_EQ(FindWindow("frmLearn"), nullptr);
-  ShowOptions(nullptr);
-  EXPECT_EQ(Find<QSlider>("frmOptions", "VolSlider").value(), 10);
-}
+};
 
 TEST_F(WindowsTest, HighScoresShowTheirFilesAtEachRefreshingEvent) {
   ShowHighScores(nullptr);
@@ -572,20 +466,14 @@ TEST_F(WindowsTest, HighScoresShowTheirFilesAtEachRefreshingEvent) {
   EXPECT_TRUE(refreshes([&] { Click("frmHighScores", "OKButton"); }));
   EXPECT_FALSE(window.isVisible());
   EXPECT_TRUE(refreshes([] { ShowHighScores(nullptr); }));
-  // Some desktops do not let an open window come forward.
-  const class : public QObject {
-    bool eventFilter(QObject*, QEvent* event) override {
-      return event->type() == QEvent::WindowActivate;
-    }
-  } withoutActivation;
-  window.installEventFilter(const_cast<QObject*>(static_cast<const QObject*>(&withoutActivation)));
-  EXPECT_TRUE(refreshes([] { ShowHighScores(nullptr); }));
+  WithoutActivation filter;
+  window.installEventFilter(&filter);
+  EXPECT_TRUE(refreshes([] { ShowHighScores(nullptr); })) << "an open one that stays behind";
 }
 
 TEST_F(WindowsTest, APaintRefreshesOnceAndNotForEver) {
   ShowHighScores(nullptr);
   LetToolkitRun();
-  constexpr long kNames = 40;
   const auto namesReadAfter = [&](const std::function<void()>& event) {
     const long before = twin::PlacesPassed();
     event();
@@ -595,13 +483,13 @@ TEST_F(WindowsTest, APaintRefreshesOnceAndNotForEver) {
   };
   QWidget& window = Window("frmHighScores");
   EXPECT_EQ(namesReadAfter([] {}), 0);
-  EXPECT_EQ(namesReadAfter([&] { window.update(); }), kNames);
+  EXPECT_EQ(namesReadAfter([&] { window.update(); }), 40);
   EXPECT_EQ(namesReadAfter([&] {
               for (int place = 1; place <= kPlaces; ++place)
                 StoreName(place, "Changed\r\n");
               window.update();
             }),
-            kNames)
+            40)
       << "what a refresh repaints must not refresh again";
   EXPECT_EQ(Line("Label10"), "10 -- Changed -- 100");
 }
@@ -631,17 +519,12 @@ TEST_F(WindowsTest, ARefreshInsideARefreshDoesNoHarm) {
 
 TEST_F(WindowsTest, NamesAreShownAsTheyAreWritten) {
   StoreName(1, "<b>&Bold</b>\r\n");
-  StoreName(2, std::string(100000, 'W') + "\r\n");
-  StoreName(3, "\x01\x07\t\x7F\r\n");
-  QFile::remove(QString::fromStdString(NameFile(modeNormal, 4)));
+  StoreName(2, std::string(100000, 'W') + "\x01\x07\t\x7F\r\n");
   ShowHighScores(nullptr);
   LetToolkitRun();
   EXPECT_EQ(Line("Label1"), " 1 -- <b>&Bold</b> -- 100");
   EXPECT_EQ(Find<QLabel>("frmHighScores", "Label1").textFormat(), Qt::PlainText);
-  EXPECT_EQ(Line("Label4"),
-            " 4 -- file missing or corrupt - " + NameFile(modeNormal, 4) + " -- 100");
   EXPECT_EQ(Find("frmHighScores", "Label2").size(), QSize(225, 17));
-  EXPECT_FALSE(Window("frmHighScores").grab().isNull());
 }
 
 TEST_F(WindowsTest, AGoodScoreAsksForANameAndShowsInItsTable) {
@@ -649,43 +532,29 @@ TEST_F(WindowsTest, AGoodScoreAsksForANameAndShowsInItsTable) {
   score = 200;
   CheckHighScore();
   LetToolkitRun();
-  ASSERT_TRUE(Window("frmHSName").isVisible());
   EXPECT_EQ(QApplication::focusWidget(), &Find("frmHSName", "txtUserName"));
   QTest::keyClicks(QApplication::focusWidget(), "An exceedingly long name");
+  PressKey(Qt::Key_Escape);
+  EXPECT_EQ(ReadScore(ScoreFile(modeMarathon, 1)), 100) << "a closed window stores nothing";
+  CheckHighScore();
   PressKey(Qt::Key_Return);
   EXPECT_FALSE(Window("frmHSName").isVisible());
   ASSERT_TRUE(Window("frmHighScores").isVisible());
   EXPECT_EQ(Line("m1"), " 1 -- An exceedingly  -- 200");
   EXPECT_EQ(Line("m2"), " 2 -- Norvane Games -- 100");
-  EXPECT_EQ(Line("Label1"), " 1 -- Norvane Games -- 100");
 
-  score = 50;
-  CheckHighScore();
-  EXPECT_FALSE(Window("frmHSName").isVisible());
   score = 300;
   CheckHighScore();
-  EXPECT_EQ(Find<QLineEdit>("frmHSName", "txtUserName").text(), "An exceedingly long name");
-  Find<QLineEdit>("frmHSName", "txtUserName").setText(u"u\u0308ber"_qs);
+  auto& name = Find<QLineEdit>("frmHSName", "txtUserName");
+  EXPECT_EQ(name.text(), "An exceedingly long name");
+  name.setText(u"u\u0308ber"_qs);
   Click("frmHSName", "cmdOK");
-  EXPECT_EQ(Line("m1"),
-            " 1 -- \u00FC"
-            "ber -- 300");
-}
-
-TEST_F(WindowsTest, AClosedNameWindowStoresNothing) {
-  score = 200;
-  CheckHighScore();
-  QTest::keyClicks(&Find("frmHSName", "txtUserName"), "Ann");
-  QTest::keyClick(&Window("frmHSName"), Qt::Key_Escape);
-  EXPECT_FALSE(Window("frmHSName").isVisible());
-  EXPECT_EQ(ReadScore(ScoreFile(modeNormal, 1)), 100);
-  EXPECT_EQ(ReadLastLine(NameFile(modeNormal, 1)), "Norvane Games");
+  EXPECT_EQ(Line("m1"), QString(u" 1 -- \u00FCber -- 300"_qs).toStdString());
 }
 
 TEST_F(WindowsTest, ASecondPressOfOkDoesNotEnterTwice) {
-  const auto player = [](int place) { return "Player " + std::to_string(place); };
   for (int place = 1; place <= kPlaces; ++place)
-    StoreName(place, player(place) + "\r\n");
+    StoreName(place, "Player " + std::to_string(place));
   score = 200;
   CheckHighScore();
   bool pressedAgain = false;
@@ -697,7 +566,7 @@ TEST_F(WindowsTest, ASecondPressOfOkDoesNotEnterTwice) {
   Click("frmHSName", "cmdOK");
   EXPECT_TRUE(pressedAgain);
   for (int place = 2; place <= kPlaces; ++place)
-    EXPECT_EQ(ReadLastLine(NameFile(modeNormal, place)), player(place - 1));
+    EXPECT_EQ(ReadLastLine(NameFile(modeNormal, place)), "Player " + std::to_string(place - 1));
   EXPECT_TRUE(Find("frmHSName", "cmdOK").isEnabled());
 }
 
@@ -706,29 +575,26 @@ TEST_F(WindowsTest, PicturesTakeThePlaceOfTheWords) {
   SavePicture("chooser@2x.png", {1024, 600}, Qt::green);
   SavePicture("buttonstart.png", {120, 30}, Qt::yellow);
   SavePicture("learn.png", {512, 511}, Qt::red);
-  SavePicture("icon128.png", {128, 128}, Qt::red);
-  SavePicture("icon256.png", {256, 256}, Qt::green);
   std::ofstream(folder_.filePath("images/buttonlearn.png").toStdString()) << "no picture";
   OpenAll();
   const QColor sharp = qApp->devicePixelRatio() > 1 ? Qt::green : Qt::red;
-  EXPECT_EQ(PixelAt("frmWelcome", {10, 10}), sharp);
-  EXPECT_EQ(PixelAt("frmWelcome", {360, 78}), sharp) << "a word stands on the picture";
-  EXPECT_EQ(PixelAt("frmWelcome", {420, 292}), QColor(Qt::yellow));
+  const auto pixel = [](const char* window, QPoint place) {
+    const QImage image = Window(window).grab().toImage();
+    return image.pixelColor(place * image.devicePixelRatio());
+  };
+  EXPECT_EQ(pixel("frmWelcome", {360, 78}), sharp) << "where a word stands without a picture";
+  EXPECT_EQ(pixel("frmWelcome", {420, 292}), QColor(Qt::yellow));
+  EXPECT_EQ(pixel("frmLearn", {256, 256}), QColor(Qt::red));
   EXPECT_EQ(TextOf(Find("frmWelcome", "Command2")), "Learn to Play") << "a damaged picture";
-  EXPECT_EQ(PixelAt("frmLearn", {256, 256}), QColor(Qt::red));
-  EXPECT_EQ(PixelAt("frmAbout", {74, 74}), sharp);
 }
 
 TEST_F(WindowsTest, WordsTakeThePlaceOfMissingPictures) {
   OpenAll();
-  QStringList words;
+  std::string words;
   for (auto* const label : Window("frmWelcome").findChildren<QLabel*>())
-    words << label->text();
-  for (const char* const word :
-       {"Glimmerfall", "Select Game Mode", "Normal", "Frantic", "Marathon", "Relaxed"})
-    EXPECT_TRUE(words.contains(word)) << word;
-  EXPECT_TRUE(
-      Find<QLabel>("frmLearn", "Image4").text().contains("The object is to match 3 of a kind"));
+    words += TextOf(*label) + ' ';
+  EXPECT_EQ(words, "Glimmerfall Select Game Mode Normal Frantic Marathon Relaxed ");
+  EXPECT_TRUE(TextOf(Find("frmLearn", "Image4")).starts_with("The object is to match 3 of a kind"));
 }
 
 }  // namespace
