@@ -4,7 +4,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace faulty {
 
@@ -23,7 +22,7 @@ void Reset();
 /// Arms `fault` for the n-th changing call from now on, 1 being the next.
 void Arm(Fault fault, int n);
 
-/// The changing calls since the reset, such as "write" or "rename scorename1.gwk".
-const std::vector<std::string>& Log();
+/// The changing calls since the reset, such as "write; rename scorename1.gwk; ".
+const std::string& Log();
 
 }  // namespace faulty

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/scores/ScoreFixture.h"
 
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -15,54 +12,27 @@
 
 namespace fs = std::filesystem;
 
-const std::vector<Prefixes> kAllPrefixes = {
-    {glimmerfall::modeNormal, "score", "scorename"},
-    {glimmerfall::modeFrantic, "scorefr", "scorenamefr"},
-    {glimmerfall::modeRelaxing, "scorere", "scorenamere"},
-    {glimmerfall::modeMarathon, "scorema", "scorenamema"},
-};
+namespace glimmerfall {
 
-namespace {
-
-// In memory where that can be had: on a disk, the thousands of replaced files take half a minute.
-std::string ScratchPattern() {
-  const fs::path memory = "/dev/shm";
-  return (fs::is_directory(memory) ? memory : fs::path(testing::TempDir())) / "glimmerfall-XXXXXX";
+Table SampleTable(GameMode mode) {
+  Table table;
+  for (int place = 1; place <= kPlaces; ++place) {
+    table.scores.push_back(1000.0 * (mode + 1) - 10 * place);
+    table.names.push_back("Player " + std::to_string(mode) + std::to_string(place));
+  }
+  return table;
 }
 
-}  // namespace
-
-ScoreTest::ScoreTest() {
-  std::string pattern = ScratchPattern();
-  if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no scratch folder");
-  folder_ = pattern;
-  twin::Reset();
-  twin::SetProgramFolder(folder_);
-  glimmerfall::ResetGameState();
-  glimmerfall::showNameWindow = nullptr;
-  faulty::Reset();
-}
-
-ScoreTest::~ScoreTest() {
-  faulty::Reset();
-  fs::permissions(folder_, fs::perms::owner_all);
-  fs::remove_all(folder_);
-}
-
-void ScoreTest::Store(const std::string& file, const std::string& bytes) const {
-  std::ofstream(Path(file), std::ios::binary | std::ios::trunc) << bytes;
-}
-
-Snapshot ScoreTest::Files() const {
+Snapshot FilesOf(GameMode mode, const Table& table) {
+  static const std::vector<std::string> kSuffixes = {"", "fr", "re", "ma"};
+  const std::string& suffix = kSuffixes.at(static_cast<std::size_t>(mode));
   Snapshot files;
-  for (const auto& entry : fs::directory_iterator(folder_))
-    files[entry.path().filename()] = BytesOf(entry.path());
+  for (std::size_t i = 0; i < table.scores.size(); ++i) {
+    const std::string end = suffix + std::to_string(i + 1) + ".gwk";
+    files["score" + end] = ScoreBytes(table.scores[i]);
+    files["scorename" + end] = table.names[i] + "\r\n";
+  }
   return files;
-}
-
-std::string ScoreTest::BytesOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 std::string ScoreBytes(double value) {
@@ -71,29 +41,40 @@ std::string ScoreBytes(double value) {
   return bytes;
 }
 
-Snapshot FilesOf(const Table& table, const Prefixes& prefixes) {
+ScoreTest::ScoreTest() {
+  // In memory where that can be had: on a disk, the thousands of replaced files take half a minute.
+  const fs::path memory = "/dev/shm";
+  folder_ = (fs::is_directory(memory) ? memory : fs::temp_directory_path()) / "glimmerfall-XXXXXX";
+  if (mkdtemp(folder_.data()) == nullptr) throw std::runtime_error("no scratch folder");
+  twin::Reset();
+  twin::SetProgramFolder(folder_);
+  ResetGameState();
+  showNameWindow = nullptr;
+  faulty::Reset();
+}
+
+ScoreTest::~ScoreTest() {
+  fs::permissions(folder_, fs::perms::owner_all);
+  fs::remove_all(folder_);
+}
+
+Snapshot ScoreTest::Files() const {
   Snapshot files;
-  for (std::size_t i = 0; i < table.scores.size(); ++i) {
-    const std::string end = std::to_string(i + 1) + ".gwk";
-    files[prefixes.score + end] = ScoreBytes(table.scores[i]);
-    files[prefixes.name + end] = table.names[i] + "\r\n";
+  for (const auto& entry : fs::directory_iterator(folder_)) {
+    if (!entry.is_regular_file()) continue;
+    std::ifstream file(entry.path(), std::ios::binary);
+    files[entry.path().filename()].assign(std::istreambuf_iterator<char>(file), {});
   }
   return files;
 }
 
-int RunInChild(const std::function<void()>& body) {
-  std::fflush(nullptr);
-  const pid_t child = fork();
-  if (child == 0) {
-    try {
-      body();
-    } catch (const std::exception& error) {
-      ADD_FAILURE() << error.what();
-    }
-    std::fflush(nullptr);
-    _exit(testing::Test::HasFailure() ? 1 : 0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+void ScoreTest::Store(const std::string& file, const std::string& bytes) const {
+  std::ofstream(Path(file), std::ios::binary) << bytes;
 }
+
+void ScoreTest::Store(const Snapshot& files) const {
+  for (const auto& [file, bytes] : files)
+    Store(file, bytes);
+}
+
+}  // namespace glimmerfall

@@ -4,16 +4,33 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <functional>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "rules/basGameState.h"
 
+namespace glimmerfall {
+
+inline constexpr GameMode kAllModes[] = {modeNormal, modeFrantic, modeRelaxing, modeMarathon};
+
 /// Name and bytes of each file of a folder.
 using Snapshot = std::map<std::string, std::string>;
+
+/// Ten scores and ten names, as a player would see them.
+struct Table {
+  std::vector<double> scores;
+  std::vector<std::string> names;
+};
+
+/// Falling scores and numbered names; no two modes have one in common.
+Table SampleTable(GameMode mode);
+
+/// What the files of a mode with this table hold.
+Snapshot FilesOf(GameMode mode, const Table& table);
+
+/// The 8 bytes of a score file.
+std::string ScoreBytes(double value);
 
 class ScoreTest : public testing::Test {
  protected:
@@ -22,37 +39,13 @@ class ScoreTest : public testing::Test {
   ~ScoreTest() override;
 
   std::string Path(const std::string& file) const { return folder_ + '/' + file; }
+  std::string Bytes(const std::string& file) const { return Files()[file]; }
+  Snapshot Files() const;
   /// Replaces the file by exactly these bytes.
   void Store(const std::string& file, const std::string& bytes) const;
-  std::string Bytes(const std::string& file) const { return BytesOf(Path(file)); }
-  Snapshot Files() const;
-  const std::string& Folder() const { return folder_; }
+  void Store(const Snapshot& files) const;
 
-  static std::string BytesOf(const std::string& path);
-
- private:
   std::string folder_;
 };
 
-/// The 8 bytes of a score file.
-std::string ScoreBytes(double value);
-
-/// Ten scores and ten names, as a player would see them.
-struct Table {
-  std::vector<double> scores;
-  std::vector<std::string> names;
-};
-
-/// Prefixes of a mode's files.
-struct Prefixes {
-  glimmerfall::GameMode mode;
-  std::string score;
-  std::string name;
-};
-extern const std::vector<Prefixes> kAllPrefixes;
-
-/// What the files of `table` hold.
-Snapshot FilesOf(const Table& table, const Prefixes& prefixes);
-
-/// Runs `body` in a child process, whose own checks count, and answers its exit code.
-int RunInChild(const std::function<void()>& body);
+}  // namespace glimmerfall
