@@ -5,13 +5,13 @@
 #include <gst/gst.h>
 
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <utility>
 
 #include "platform/desktop/Media.h"
 #include "platform/desktop/MediaStream.h"
+#include "platform/desktop/Volume.h"
 #include "platform/desktop/WorkQueue.h"
 
 namespace platform {
@@ -19,14 +19,6 @@ namespace platform {
 namespace {
 
 constexpr const char* kDefaultSink = "autoaudiosink";
-
-constexpr std::int32_t kSilence = -10000;  // hundredths of a decibel
-constexpr std::int32_t kFullLevel = 0;
-constexpr double kHundredthsPerDecade = 2000;
-
-double GainOf(std::int32_t hundredths) {
-  return hundredths <= kSilence ? 0 : std::pow(10.0, hundredths / kHundredthsPerDecade);
-}
 
 void InitLibrary() {
   gst_init_check(nullptr, nullptr, nullptr);
@@ -74,8 +66,8 @@ class DesktopGraph : public FilterGraph {
   // A stopped stream keeps its place. It is not taken down before it is let go, which may block.
   void Stop() override { PostState(GST_STATE_PAUSED); }
   void SetVolume(std::int32_t hundredths) override {
-    volume_ = std::clamp(hundredths, kSilence, kFullLevel);
-    Post([gain = GainOf(volume_)](MediaStream& stream) { stream.SetGain(gain); });
+    volume_ = std::clamp(hundredths, desktop::kSilence, desktop::kFullLevel);
+    Post([gain = desktop::GainOf(volume_)](MediaStream& stream) { stream.SetGain(gain); });
   }
   std::int32_t GetVolume() const override { return volume_; }
   bool IsRendered() override { return stream_->IsRendered(); }
@@ -91,7 +83,7 @@ class DesktopGraph : public FilterGraph {
   }
 
   std::shared_ptr<MediaStream> stream_;
-  std::int32_t volume_ = kFullLevel;
+  std::int32_t volume_ = desktop::kFullLevel;
 };
 
 }  // namespace

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The sound device of the desktop. When its output goes away the sounds go on silently, and a new
 // output is tried for off the game's thread.
-#include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <future>
 #include <thread>
 #include <utility>
@@ -11,6 +9,7 @@
 #include "platform/Error.h"
 #include "platform/Sound.h"
 #include "platform/desktop/SoundMix.h"
+#include "platform/desktop/Volume.h"
 
 namespace platform {
 
@@ -21,16 +20,7 @@ using MixOwner = std::unique_ptr<SoundMix>;
 
 constexpr std::chrono::seconds kBetweenTries{1};
 constexpr std::chrono::milliseconds kLongestClose{300};
-constexpr std::int32_t kSilence = -10000;  // hundredths of a decibel
-constexpr std::int32_t kFullLevel = 0;
-constexpr double kHundredthsPerDecade = 2000;
 constexpr std::int32_t kBytesPerFrame = 4;
-
-float GainOf(std::int32_t hundredths) {
-  if (hundredths <= kSilence) return 0;
-  return static_cast<float>(
-      std::pow(10.0, std::min(hundredths, kFullLevel) / kHundredthsPerDecade));
-}
 
 // Runs on a thread of its own. Unlike std::async, letting go of the result does not wait.
 template <typename Work>
@@ -134,7 +124,7 @@ class DesktopBuffer : public SoundBuffer {
   ~DesktopBuffer() override { mixer_->Remove(wave_); }
 
   void SetVolume(std::int32_t hundredths) override {
-    gain_ = GainOf(hundredths);
+    gain_ = static_cast<float>(desktop::GainOf(hundredths));
     if (SoundMix* mix = mixer_->MixFor(wave_)) mix->SetGain(wave_, gain_);
   }
   void SetCurrentPosition(std::int32_t position) override {
