@@ -2,12 +2,14 @@
 // The filter graphs on the real library, with the samples read in place of a sound device.
 #include <gst/gst.h>
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
+#include <functional>
 #include <iterator>
 #include <thread>
 
@@ -18,12 +20,13 @@ namespace platform {
 namespace {
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
 
 constexpr const char* kSilentSink = "fakesink sync=false";
 constexpr const char* kPacedSink = "fakesink sync=true";
-constexpr double kExact = 0.2;       // decibels
-constexpr long kPooledThreads = 16;  // that the library may keep idle for the next stream
+constexpr double kExact = 0.2;  // decibels
+// What the library may keep for later streams; it is more for each of them that leaks.
+constexpr long kPooledThreads = 16;
+constexpr std::size_t kStoredKilobytes = 4096;
 const std::vector<std::string> kTypes = {"wav", "mp3", "wma", "mid"};
 
 std::string PathOf(const std::string& name) {
@@ -80,6 +83,17 @@ std::vector<float> Samples(const std::string& path, std::int32_t volume) {
   return {first, first + bytes.size() / sizeof(float)};
 }
 
+long EntriesOf(const char* folder) {
+  return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
+}
+
+// What the program holds of its heap; the sanitizer, which has one of its own, looks for leaks
+// itself.
+std::size_t HeapKilobytes() {
+  const struct mallinfo2 heap = mallinfo2();
+  return (heap.uordblks + heap.hblkhd) / 1024;
+}
+
 class FilterGraphTest : public testing::Test {
  protected:
   static void SetUpTestSuite() {
@@ -91,6 +105,23 @@ class FilterGraphTest : public testing::Test {
     WriteMidi(PathOf("tone.mid"));
   }
   void TearDown() override { WaitUntilMediaIdle(); }
+
+  // Does `work` five times as often as is needed to fill the library's own stores.
+  static void ExpectNothingLeftBehind(int warmUp, const std::function<void(int)>& work) {
+    const auto repeat = [&](int times) {
+      for (int i = 0; i < times; ++i)
+        work(i);
+      WaitUntilMediaIdle();
+    };
+    repeat(warmUp);
+    const long files = EntriesOf("/proc/self/fd");
+    const long threads = EntriesOf("/proc/self/task");
+    const std::size_t memory = HeapKilobytes();
+    repeat(5 * warmUp);
+    EXPECT_LE(EntriesOf("/proc/self/fd"), files);
+    EXPECT_LE(EntriesOf("/proc/self/task"), threads + kPooledThreads);
+    EXPECT_LT(HeapKilobytes(), memory + kStoredKilobytes);
+  }
 };
 
 TEST_F(FilterGraphTest, AllFourTypesPlayToTheirEnd) {
@@ -102,39 +133,25 @@ TEST_F(FilterGraphTest, VolumesAreExactAtTheOutput) {
   for (const char* type : {"wav", "mp3", "wma"}) {
     const std::string path = PathOf(std::string("tone.") + type);
     const double own = tones::Level(Samples(path, 0), 0, 10000, 30000);
-    for (const int volume : {-900, -300, -4000, -6000}) {
+    for (const int volume : {-900, -6000}) {
       const auto heard = Samples(path, volume);
       for (const std::size_t side : {0U, 1U})
         EXPECT_NEAR(tones::Level(heard, side, 10000, 30000) - own, volume / 100.0, kExact) << type;
     }
     EXPECT_LT(tones::Level(Samples(path, -10000), 0, 10000, 30000), -150);
   }
-  EXPECT_NEAR(tones::Level(Samples(PathOf("tone.wav"), 0), 0, 10000, 30000), 0, kExact);
+  EXPECT_NEAR(tones::Level(Samples(PathOf("tone.wav"), 100), 0, 10000, 30000), 0, kExact);
 }
 
 TEST_F(FilterGraphTest, MidiIsHeardThroughTheSoundfont) {
-  const auto heard = Samples(PathOf("tone.mid"), 0);
-  float peak = 0;
-  for (const float sample : heard)
-    peak = std::max(peak, std::abs(sample));
-  EXPECT_GT(peak, 0.01F);
+  EXPECT_GT(std::ranges::max(Samples(PathOf("tone.mid"), 0)), 0.01F);
 }
 
-TEST_F(FilterGraphTest, VolumesAreHeldToTheirRange) {
-  const auto graph = CreateFilterGraphInto(kSilentSink);
-  graph->SetVolume(100);
-  EXPECT_EQ(graph->GetVolume(), 0);
-  graph->SetVolume(-20000);
-  EXPECT_EQ(graph->GetVolume(), -10000);
-}
-
-TEST_F(FilterGraphTest, WhatIsNoFileIsRefusedAtOnce) {
+TEST_F(FilterGraphTest, WhatCannotBePlayedIsTold) {
   const auto graph = CreateFilterGraphInto(kSilentSink);
   EXPECT_FALSE(graph->RenderFile(PathOf("nowhere.wav")));
   EXPECT_FALSE(graph->RenderFile(testing::TempDir()));
-}
-
-TEST_F(FilterGraphTest, DamagedFilesTurnOutNotToBePlayable) {
+  EXPECT_EQ(Play(PathOf("tone.wav"), "nosuchelement"), GraphEvent::RenderFailed);
   for (const std::string& type : kTypes) {
     for (const char* content : {"", "This is no sound at all, whatever its name may say of it."}) {
       const std::string path = PathOf("damaged." + type);
@@ -142,10 +159,6 @@ TEST_F(FilterGraphTest, DamagedFilesTurnOutNotToBePlayable) {
       EXPECT_EQ(Play(path, kSilentSink), GraphEvent::RenderFailed) << type << content;
     }
   }
-}
-
-TEST_F(FilterGraphTest, AMissingSinkIsNotPlayable) {
-  EXPECT_EQ(Play(PathOf("tone.wav"), "nosuchelement"), GraphEvent::RenderFailed);
 }
 
 TEST_F(FilterGraphTest, NothingPlaysBeforeItIsRunNorAfterItIsStopped) {
@@ -162,60 +175,24 @@ TEST_F(FilterGraphTest, NothingPlaysBeforeItIsRunNorAfterItIsStopped) {
   EXPECT_EQ(graph->WaitForCompletion(), GraphEvent::Complete);
 }
 
-// Measured for the record; how long a machine takes is no matter of right and wrong.
-TEST_F(FilterGraphTest, OneTrackReplacesAnotherWithoutAWait) {
-  for (const std::string& type : kTypes) {
-    auto graph = CreateFilterGraphInto(kPacedSink);
-    double longest = 0;
-    for (int i = 0; i < 5; ++i) {
-      const auto start = Clock::now();
-      graph = CreateFilterGraphInto(kPacedSink);
-      EXPECT_TRUE(graph->RenderFile(PathOf("tone." + type)));
-      graph->Run();
-      longest = std::max(longest,
-                         std::chrono::duration<double, std::milli>(Clock::now() - start).count());
-      while (!graph->IsRendered())
-        std::this_thread::yield();
-    }
-    std::cout << type << " to " << type << ": longest call " << longest << " ms\n";
-  }
-}
-
-long EntriesOf(const char* folder) {
-  return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
-}
-
-#if !defined(__SANITIZE_ADDRESS__)
-long ResidentKilobytes() {
-  std::ifstream file("/proc/self/statm");
-  long total = 0;
-  long resident = 0;
-  file >> total >> resident;
-  return resident * sysconf(_SC_PAGESIZE) / 1024;
-}
-#endif
-
 TEST_F(FilterGraphTest, AThousandBeepsLeaveNothingBehind) {
   const std::string path = PathOf("beep.wav");
   tones::WriteTone(path, 1, 0.05);
-  const auto beep = [&](int times) {
-    for (int i = 0; i < times; ++i)
-      EXPECT_EQ(Play(path, kSilentSink), GraphEvent::Complete);
+  ExpectNothingLeftBehind(200,
+                          [&](int) { EXPECT_EQ(Play(path, kSilentSink), GraphEvent::Complete); });
+}
+
+// Each is let go while it plays, as soon as the next one is there.
+TEST_F(FilterGraphTest, TwoHundredTracksLeaveNothingBehind) {
+  std::shared_ptr<FilterGraph> graph;
+  ExpectNothingLeftBehind(40, [&](int i) {
+    graph = CreateFilterGraphInto(kPacedSink);
+    EXPECT_TRUE(graph->RenderFile(PathOf("tone." + kTypes[static_cast<std::size_t>(i) % 4])));
+    graph->Run();
+    while (!graph->IsRendered())
+      std::this_thread::yield();
     WaitUntilMediaIdle();
-  };
-  beep(200);
-  const long files = EntriesOf("/proc/self/fd");
-  const long threads = EntriesOf("/proc/self/task");
-#if !defined(__SANITIZE_ADDRESS__)
-  const long memory = ResidentKilobytes();
-#endif
-  beep(1000);
-  EXPECT_LE(EntriesOf("/proc/self/fd"), files);
-  EXPECT_LE(EntriesOf("/proc/self/task"), threads + kPooledThreads);
-#if !defined(__SANITIZE_ADDRESS__)
-  // The sanitizer keeps freed memory, which tells nothing of leaks; it looks for those itself.
-  EXPECT_LT(ResidentKilobytes() - memory, 1024);
-#endif
+  });
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <thread>
@@ -63,7 +64,7 @@ TEST_F(SoundDeviceTest, LevelsAreExactForMonoAndStereo) {
   for (const int format : {SF_FORMAT_PCM_U8, SF_FORMAT_PCM_16, SF_FORMAT_PCM_24, SF_FORMAT_FLOAT}) {
     for (const int channels : {1, 2}) {
       const auto buffer = device->CreateSoundBufferFromFile(Tone(channels, format));
-      for (const int volume : {-1000, 0, -300, -4000}) {
+      for (const int volume : {-1000, 0}) {
         PlayFromStart(*buffer, volume);
         const auto heard = Render(tones::kRate);
         for (const std::size_t side : {0U, 1U})
@@ -76,48 +77,37 @@ TEST_F(SoundDeviceTest, LevelsAreExactForMonoAndStereo) {
   }
 }
 
-TEST_F(SoundDeviceTest, ASecondPlayStartsAnewAndNotTwice) {
+// The sound is as long as 22050 frames.
+TEST_F(SoundDeviceTest, OnlyARewindStartsASoundAnew) {
   const auto device = CreateSoundDevice(Loopback());
   const auto buffer = device->CreateSoundBufferFromFile(Tone(1));
-  PlayFromStart(*buffer);
-  Render(11050);
-  PlayFromStart(*buffer);
-  const auto heard = Render(tones::kRate);
-  EXPECT_NEAR(tones::Level(heard, 0, 2000, 21000), -10, kExact);
-  EXPECT_LT(tones::Level(heard, 0, 23000, 40000), kInaudible);
-  PlayFromStart(*buffer);
-  EXPECT_NEAR(tones::Level(Render(tones::kRate), 0, 2000, 21000), -10, kExact);
+  for (const bool rewinds : {true, false, true}) {
+    PlayFromStart(*buffer);
+    Render(11050);
+    if (rewinds) buffer->SetCurrentPosition(0);
+    buffer->Play();
+    const auto heard = Render(tones::kRate);
+    EXPECT_NEAR(tones::Level(heard, 0, 1000, 10000), -10, kExact);
+    const double second = tones::Level(heard, 0, 12000, 21000);
+    EXPECT_NEAR(std::max(second, kInaudible), rewinds ? -10 : kInaudible, kExact);
+    EXPECT_LT(tones::Level(heard, 0, 23000, 40000), kInaudible);
+  }
 }
 
-TEST_F(SoundDeviceTest, ASoundGoesOnWhenItIsPlayedWithoutARewind) {
-  const auto device = CreateSoundDevice(Loopback());
-  const auto buffer = device->CreateSoundBufferFromFile(Tone(1));
-  PlayFromStart(*buffer);
-  Render(11050);
-  buffer->Play();
-  const auto heard = Render(tones::kRate);
-  EXPECT_NEAR(tones::Level(heard, 0, 1000, 10000), -10, kExact);
-  EXPECT_LT(tones::Level(heard, 0, 12000, 21000), kInaudible);
-}
-
-TEST_F(SoundDeviceTest, DifferentSoundsAreHeardTogether) {
+TEST_F(SoundDeviceTest, DifferentSoundsAreHeardTogetherUntilLetGo) {
   constexpr double kOther = 882;
   const auto device = CreateSoundDevice(Loopback());
   const auto low = device->CreateSoundBufferFromFile(Tone(1));
-  const auto high = device->CreateSoundBufferFromFile(Tone(2, SF_FORMAT_PCM_16, kOther));
+  auto high = device->CreateSoundBufferFromFile(Tone(2, SF_FORMAT_PCM_16, kOther));
   PlayFromStart(*low);
   PlayFromStart(*high);
-  const auto heard = Render(tones::kRate);
-  EXPECT_NEAR(tones::Level(heard, 0, 1000, 20000), -10, kExact);
-  EXPECT_NEAR(tones::Level(heard, 0, 1000, 20000, kOther), -10, kExact);
-}
-
-TEST_F(SoundDeviceTest, ABufferThatIsLetGoFallsSilent) {
-  const auto device = CreateSoundDevice(Loopback());
-  auto buffer = device->CreateSoundBufferFromFile(Tone(1));
-  PlayFromStart(*buffer);
-  buffer.reset();
-  EXPECT_LT(tones::Level(Render(tones::kRate), 0, 1000, 20000), kInaudible);
+  const auto both = Render(11000);
+  EXPECT_NEAR(tones::Level(both, 0, 1000, 10000), -10, kExact);
+  EXPECT_NEAR(tones::Level(both, 0, 1000, 10000, kOther), -10, kExact);
+  high.reset();
+  const auto one = Render(11000);
+  EXPECT_NEAR(tones::Level(one, 0, 1000, 10000), -10, kExact);
+  EXPECT_LT(tones::Level(one, 0, 1000, 10000, kOther), kInaudible);
 }
 
 TEST_F(SoundDeviceTest, NoDeviceIsAnError) {

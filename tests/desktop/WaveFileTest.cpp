@@ -30,10 +30,6 @@ class WaveFileTest : public testing::Test {
     bytes_.assign(std::istreambuf_iterator<char>(file), {});
   }
 
-  void Set(std::size_t place, std::uint32_t value, std::size_t size) {
-    for (std::size_t i = 0; i < size; ++i)
-      bytes_.at(place + i) = static_cast<char>(value >> 8 * i);
-  }
   /// The description with which the file is refused; empty if it is taken.
   std::string Refusal(const std::string& bytes) {
     std::ofstream(path_, std::ios::binary | std::ios::trunc) << bytes;
@@ -41,15 +37,15 @@ class WaveFileTest : public testing::Test {
       ReadWaveFile(path_);
       return "";
     } catch (const Error& error) {
+      EXPECT_NE(std::string(error.what()).find(path_), std::string::npos) << error.what();
       return error.what();
     }
   }
   std::string RefusalWith(std::size_t place, std::uint32_t value, std::size_t size) {
-    const std::string whole = bytes_;
-    Set(place, value, size);
-    const std::string refusal = Refusal(bytes_);
-    bytes_ = whole;
-    return refusal;
+    std::string bytes = bytes_;
+    for (std::size_t i = 0; i < size; ++i)
+      bytes.at(place + i) = static_cast<char>(value >> 8 * i);
+    return Refusal(bytes);
   }
 
   std::string path_ = testing::TempDir() + std::to_string(getpid()) + "damaged.wav";
@@ -64,46 +60,37 @@ TEST_F(WaveFileTest, MonoStandsOnBothChannels) {
     ASSERT_EQ(wave.samples[i], wave.samples[i + 1]);
 }
 
-TEST_F(WaveFileTest, EveryTruncationIsRefusedByName) {
+TEST_F(WaveFileTest, EveryTruncationIsRefused) {
   for (std::size_t length = 0; length < bytes_.size(); length += length < 60 ? 1 : 997)
-    EXPECT_NE(Refusal(bytes_.substr(0, length)).find(path_), std::string::npos) << length;
+    EXPECT_NE(Refusal(bytes_.substr(0, length)), "") << length;
   EXPECT_EQ(Refusal(bytes_), "");
 }
 
 TEST_F(WaveFileTest, ZeroAndAbsurdSizesAreRefused) {
-  constexpr std::uint32_t kHuge = 0xFFFFFFFF;
-  for (const std::uint32_t size : {0U, kHuge, 0x7FFFFFFFU}) {
-    EXPECT_NE(RefusalWith(kDataSize, size, 4), "") << size;
-    EXPECT_NE(RefusalWith(kFormatSize, size, 4), "") << size;
-    EXPECT_NE(RefusalWith(kRateField, size, 4), "") << size;
-  }
+  for (const std::size_t place : {kDataSize, kFormatSize, kRateField})
+    for (const std::uint32_t size : {0U, 0xFFFFFFFFU, 0x7FFFFFFFU})
+      EXPECT_NE(RefusalWith(place, size, 4), "") << size;
   for (const std::uint32_t channels : {0U, 3U, 0xFFFFU})
     EXPECT_NE(RefusalWith(kChannels, channels, 2), "") << channels;
-}
-
-// Many such files still play; none may bring the game down or be refused without its name.
-TEST_F(WaveFileTest, AnyByteOfTheHeaderMayBeWrong) {
-  for (std::size_t place = 0; place < kDataSize + 4; ++place) {
-    for (const std::uint32_t value : {0U, 1U, 0x7FU, 0xFFU}) {
-      const std::string refusal = RefusalWith(place, value, 1);
-      EXPECT_TRUE(refusal.empty() || refusal.find(path_) != std::string::npos) << refusal;
-    }
-  }
   EXPECT_NE(RefusalWith(kSampleBits, 0, 2), "");
-}
-
-TEST_F(WaveFileTest, OtherThingsAreNoWaveFiles) {
-  EXPECT_NE(Refusal("This is a text, and a long enough one to hold a header of a file."), "");
-  EXPECT_THROW(ReadWaveFile(testing::TempDir()), Error);
-  EXPECT_THROW(ReadWaveFile(testing::TempDir() + "no such file.wav"), Error);
-  EXPECT_THROW(ReadWaveFile("/dev/zero"), Error);
-}
-
-TEST_F(WaveFileTest, AMinuteIsTheMost) {
   tones::WriteTone(path_, 1, 60);
   EXPECT_EQ(ReadWaveFile(path_).Frames(), 60 * tones::kRate);
   tones::WriteTone(path_, 1, 60.1);
   EXPECT_THROW(ReadWaveFile(path_), Error);
+}
+
+// Many such files still play; none may bring the game down or be refused without its name.
+TEST_F(WaveFileTest, AnyByteOfTheHeaderMayBeWrong) {
+  for (std::size_t place = 0; place < kDataSize + 4; ++place)
+    for (const std::uint32_t value : {0U, 1U, 0x7FU, 0xFFU})
+      RefusalWith(place, value, 1);
+}
+
+TEST_F(WaveFileTest, OtherThingsAreNoWaveFiles) {
+  EXPECT_NE(Refusal("This is a text, and a long enough one to hold a header of a file."), "");
+  for (const std::string& path :
+       {testing::TempDir(), testing::TempDir() + "no such file.wav", std::string("/dev/zero")})
+    EXPECT_THROW(ReadWaveFile(path), Error) << path;
 }
 
 TEST_F(WaveFileTest, SamplesThatAreNoNumbersAreRefused) {
