@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -26,15 +25,13 @@ class DXAudioTest : public testing::Test {
     twin::Reset();
     ResetGameState();
     twin::SetProgramFolder(folder_.string());
+    MakeFile("sounds/a.wav");
+    MakeFile("sounds/b.wav");
     audio_.InitDXAudio();
   }
   ~DXAudioTest() override { fs::remove_all(folder_); }
 
   void MakeFile(const std::string& name) { std::ofstream(folder_ / name) << "x"; }
-  void MakeBeeps() {
-    MakeFile("sounds/a.wav");
-    MakeFile("sounds/b.wav");
-  }
   static twin::GraphRecord& GraphAt(std::size_t index) { return *twin::Graphs().at(index); }
 
   fs::path folder_ = fs::path(testing::TempDir()) / "glimmerfall_dxaudio";
@@ -52,9 +49,9 @@ TEST_F(DXAudioTest, TakesTheFourTypesOfOneFolder) {
 
   audio_.AddDirectory((folder_ / "music").string() + "/");
   std::map<std::string, int> heard;
-  for (int i = 0; i < 1000; ++i) {
+  for (std::size_t i = 0; i < 1000; ++i) {
     audio_.StartBackground();
-    ++heard[GraphAt(static_cast<std::size_t>(i)).path];
+    ++heard[GraphAt(i).path];
   }
   EXPECT_EQ(heard.size(), taken.size());
   for (const std::string& name : taken)
@@ -62,6 +59,10 @@ TEST_F(DXAudioTest, TakesTheFourTypesOfOneFolder) {
 }
 
 TEST_F(DXAudioTest, StaysSilentWithoutMusic) {
+  audio_.AddFile("/1.wav");
+  musicVolume = 0;
+  EXPECT_EQ(audio_.InitDXAudio(), 0);
+  EXPECT_EQ(musicVolume, -900);
   audio_.AddDirectory((folder_ / "nowhere").string() + "/");
   audio_.AddDirectory((folder_ / "music").string() + "/");
   twin::ScriptRnd({0.5});
@@ -75,12 +76,11 @@ TEST_F(DXAudioTest, PicksOneDrawATrackAtTheMusicVolume) {
   for (const char* file : {"/1.wav", "/2.wav", "/3.wav"})
     audio_.AddFile(file);
   twin::ScriptRnd({0.0, 0.34, 0.9999});
-  for (int i = 0; i < 3; ++i)
+  for (const char* file : {"/1.wav", "/2.wav", "/3.wav"}) {
     audio_.StartBackground();
-  EXPECT_EQ(GraphAt(0).path, "/1.wav");
-  EXPECT_EQ(GraphAt(1).path, "/2.wav");
-  EXPECT_EQ(GraphAt(2).path, "/3.wav");
-  EXPECT_EQ(GraphAt(2).calls, (Calls{"SetVolume -900", "Run"}));
+    EXPECT_EQ(twin::Graphs().back()->path, file);
+    EXPECT_EQ(twin::Graphs().back()->calls, (Calls{"SetVolume -900", "Run"}));
+  }
   EXPECT_FALSE(GraphAt(0).alive);
 }
 
@@ -103,19 +103,14 @@ TEST_F(DXAudioTest, FollowsAnEndedOrBrokenTrackButNotAnUnplayableOne) {
   GraphAt(2).event = GraphEvent::RenderFailed;
   EXPECT_EQ(audio_.BackgroundIsStopped(), kFalse);
   audio_.Poll();
-  audio_.Poll();
-  EXPECT_EQ(twin::Graphs().size(), 3U);
-  EXPECT_FALSE(GraphAt(2).alive);
-}
-
-TEST_F(DXAudioTest, ARefusedTrackEndsTheMusic) {
   twin::Break("1.wav");
-  audio_.AddFile("/1.wav");
-  audio_.StartBackground();
-  audio_.Poll();
-  ASSERT_EQ(twin::Graphs().size(), 1U);
-  EXPECT_FALSE(GraphAt(0).alive);
-  EXPECT_TRUE(GraphAt(0).calls.empty());
+  for (const std::size_t graphs : {3U, 4U}) {
+    audio_.Poll();
+    ASSERT_EQ(twin::Graphs().size(), graphs);
+    EXPECT_FALSE(twin::Graphs().back()->alive);
+    audio_.StartBackground();
+  }
+  EXPECT_TRUE(GraphAt(3).calls.empty());
 }
 
 TEST_F(DXAudioTest, PausesAndResumesOnlyWhatPlays) {
@@ -130,41 +125,35 @@ TEST_F(DXAudioTest, PausesAndResumesOnlyWhatPlays) {
   EXPECT_EQ(GraphAt(0).calls, (Calls{"SetVolume -900", "Run", "Pause", "Run"}));
   audio_.PauseBackground();
   audio_.StopBackground();
-  EXPECT_EQ(audio_.BackgroundPaused(), kTrue);
   audio_.ResumeBackground();
   EXPECT_EQ(audio_.BackgroundPaused(), kTrue);
 }
 
-TEST_F(DXAudioTest, HoldsTheLevelToItsRange) {
-  audio_.PlayBackground("/1.wav");
-  audio_.BackgroundVolume(-20000);
-  EXPECT_EQ(GraphAt(0).calls.back(), "SetVolume -10000");
-  audio_.BackgroundVolume(100);
-  EXPECT_EQ(GraphAt(0).calls.back(), "SetVolume 0");
-}
-
-TEST_F(DXAudioTest, TheEndOfAForegroundSoundRaisesTheMusicToItsLevel) {
-  MakeBeeps();
+TEST_F(DXAudioTest, HoldsTheLevelToItsRangeAndRaisesTheMusicToItAfterAForegroundSound) {
   audio_.BackgroundVolume(-5000);  // no stream: not even noted
   audio_.PlayBackground("/1.wav");
-  audio_.PlayForeground("a.wav");
-  audio_.StopForeground();
-  EXPECT_EQ(GraphAt(0).volume, 0);
-  EXPECT_FALSE(GraphAt(1).alive);
-  audio_.BackgroundVolume(-3000);
-  audio_.PlayForeground("a.wav");
-  audio_.StopForeground();
-  EXPECT_EQ(GraphAt(0).volume, -3000);
+  const auto levelAfterASound = [&] {
+    audio_.PlayForeground("a.wav");
+    audio_.StopForeground();
+    EXPECT_FALSE(twin::Graphs().back()->alive);
+    return GraphAt(0).calls.back();
+  };
+  EXPECT_EQ(levelAfterASound(), "SetVolume 0");
+  for (const auto& [asked, held] : {std::pair{-20000, -10000}, {100, 0}, {-3000, -3000}}) {
+    audio_.BackgroundVolume(asked);
+    const std::string expected = "SetVolume " + std::to_string(held);
+    EXPECT_EQ(GraphAt(0).calls.back(), expected);
+    EXPECT_EQ(levelAfterASound(), expected);
+  }
 }
 
 TEST_F(DXAudioTest, StartsAForegroundSoundWithTheNextPoll) {
-  MakeBeeps();
   EXPECT_EQ(audio_.ForegroundIsStopped(), kFalse);
+  soundOn = kFalse;
+  musicVolume = -10000;
   for (const bool atOnce : {true, false}) {
     twin::RenderAtOnce(atOnce);
     const std::size_t index = twin::Graphs().size();
-    soundOn = kFalse;
-    musicVolume = -10000;
     bool ranEarly = true;
     twin::ScheduleAtPlace(1, [&] { ranEarly = GraphAt(index).running; });
     const long places = twin::PlacesPassed();
@@ -178,27 +167,27 @@ TEST_F(DXAudioTest, StartsAForegroundSoundWithTheNextPoll) {
 }
 
 TEST_F(DXAudioTest, OnlyAPlayableFileReplacesARunningSound) {
-  MakeBeeps();
   MakeFile("sounds/refused.wav");
   twin::Break("refused.wav");
-  audio_.PlayForeground("a.wav");
-  audio_.Poll();
-  for (const char* file : {"missing.wav", "refused.wav"})
+  const auto start = [&](const char* file) -> twin::GraphRecord& {
     audio_.PlayForeground(file);
+    twin::GraphRecord& record = *twin::Graphs().back();
+    audio_.Poll();
+    return record;
+  };
+  start("a.wav");
+  for (const char* file : {"missing.wav", "refused.wav"})
+    start(file);
   EXPECT_TRUE(GraphAt(0).running);
 
   twin::RenderAtOnce(false);
-  audio_.PlayForeground("b.wav");
-  twin::GraphRecord& damaged = *twin::Graphs().back();
-  audio_.Poll();
+  twin::GraphRecord& damaged = start("b.wav");
   damaged.event = GraphEvent::RenderFailed;
   audio_.Poll();
   EXPECT_TRUE(GraphAt(0).running);
   EXPECT_FALSE(damaged.alive);
 
-  audio_.PlayForeground("b.wav");
-  twin::GraphRecord& next = *twin::Graphs().back();
-  audio_.Poll();
+  twin::GraphRecord& next = start("b.wav");
   EXPECT_TRUE(GraphAt(0).running);
   next.rendered = true;
   audio_.Poll();
@@ -206,17 +195,7 @@ TEST_F(DXAudioTest, OnlyAPlayableFileReplacesARunningSound) {
   EXPECT_TRUE(next.running);
 }
 
-TEST_F(DXAudioTest, ReplacesAtOnceWhatIsKnownToBePlayable) {
-  MakeBeeps();
-  audio_.PlayForeground("a.wav");
-  audio_.Poll();
-  audio_.PlayForeground("b.wav");
-  EXPECT_FALSE(GraphAt(0).alive);
-  EXPECT_FALSE(GraphAt(1).running);
-}
-
 TEST_F(DXAudioTest, KeepsAnEndedForegroundSoundUntilTheNext) {
-  MakeBeeps();
   audio_.PlayForeground("a.wav");
   audio_.Poll();
   EXPECT_EQ(audio_.ForegroundIsStopped(), kFalse);
@@ -224,12 +203,13 @@ TEST_F(DXAudioTest, KeepsAnEndedForegroundSoundUntilTheNext) {
   audio_.Poll();
   EXPECT_EQ(audio_.ForegroundIsStopped(), kTrue);
   EXPECT_TRUE(GraphAt(0).alive);
-  audio_.PlayForeground("a.wav");
+  audio_.PlayForeground("b.wav");
   EXPECT_EQ(audio_.ForegroundIsStopped(), kFalse);
+  EXPECT_FALSE(GraphAt(0).alive);
+  EXPECT_FALSE(GraphAt(1).running);
 }
 
 TEST_F(DXAudioTest, TheSecondForegroundMethodStartsAtOnceFromItsOwnFolder) {
-  MakeBeeps();
   MakeFile("sound/c.wav");
   const long places = twin::PlacesPassed();
   audio_.PlayForeground2("a.wav");
@@ -241,7 +221,6 @@ TEST_F(DXAudioTest, TheSecondForegroundMethodStartsAtOnceFromItsOwnFolder) {
 }
 
 TEST_F(DXAudioTest, ItsEndTakesBothStreamsWithIt) {
-  MakeBeeps();
   {
     DXAudio other;
     other.PlayBackground("/1.wav");
@@ -250,15 +229,6 @@ TEST_F(DXAudioTest, ItsEndTakesBothStreamsWithIt) {
   EXPECT_FALSE(GraphAt(0).alive);
   EXPECT_EQ(GraphAt(0).calls.back(), "Stop");
   EXPECT_FALSE(GraphAt(1).alive);
-}
-
-TEST_F(DXAudioTest, ItsStartEmptiesThePlaylist) {
-  audio_.AddFile("/1.wav");
-  musicVolume = 0;
-  EXPECT_EQ(audio_.InitDXAudio(), 0);
-  EXPECT_EQ(musicVolume, -900);
-  audio_.StartBackground();
-  EXPECT_TRUE(twin::Graphs().empty());
 }
 
 }  // namespace

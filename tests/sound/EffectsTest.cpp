@@ -38,32 +38,27 @@ class EffectsTest : public testing::Test {
   fs::path folder_ = fs::path(testing::TempDir()) / "glimmerfall_effects";
 };
 
-TEST_F(EffectsTest, LoadsSixteenFilesInOrderBehindTheMusic) {
+TEST_F(EffectsTest, LoadsSixteenFilesInOrderBehindTheMusicAndPlaysThemAtTheOneLevel) {
   LoadSounds();
-  Names paths;
-  for (const std::string& file : kFiles)
-    paths.push_back((folder_ / "sounds" / file).string());
-  EXPECT_EQ(twin::LoadedSounds(), paths);
-  EXPECT_EQ(twin::LiveSoundBuffers(), 17);
   ASSERT_EQ(twin::Graphs().size(), 1U);
   EXPECT_TRUE(twin::Graphs()[0]->running);
   EXPECT_EQ(twin::Graphs()[0]->volume, -900);
+  EXPECT_EQ(twin::LiveSoundBuffers(), 17);
   EXPECT_TRUE(twin::PlayedSounds().empty());
-  ReleaseSounds();
-  EXPECT_EQ(twin::LiveSoundBuffers(), 0);
-}
-
-TEST_F(EffectsTest, PlaysEachBufferFromItsStartAtTheOneLevel) {
-  LoadSounds();
-  Names played;
   for (const SoundBufferRef* buffer :
        {&sndSelect, &sndBadSwap, &sndGotSet, &sndGotSetBig, &sndCombo2, &sndCombo3, &sndCombo4,
         &sndCombo5, &sndCombo6, &sndCombo7, &sndExcellent, &sndGemDrop, &sndExplode, &sndGameOver,
         &sndTimerBeep, &sndGameOverLevel})
     PlayEffect(*buffer);
   EXPECT_EQ(twin::PlayedSounds(), kFiles);
-  for (const std::string& file : kFiles)
+  Names paths;
+  for (const std::string& file : kFiles) {
+    paths.push_back((folder_ / "sounds" / file).string());
     EXPECT_EQ(twin::VolumeOf(file), -1000) << file;
+  }
+  EXPECT_EQ(twin::LoadedSounds(), paths);
+  ReleaseSounds();
+  EXPECT_EQ(twin::LiveSoundBuffers(), 0);
 }
 
 TEST_F(EffectsTest, SwitchedOffNothingSoundsAndNothingIsLoadedAnew) {
