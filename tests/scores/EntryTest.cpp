@@ -83,7 +83,8 @@ TEST_F(EntryTest, NamesFromThePlaceDownAndThenAllScoresAreRewritten) {
   Enter("New", SampleTable(modeNormal).scores[7] + 1);
   std::string expected;
   for (const std::string file : {"scorename9.gwk", "scorename10.gwk", "scorename8.gwk"})
-    expected += "create " + file + ".tmp; write; fsync; rename " + file + "; ";
+    expected.append("create ").append(file).append(".tmp; write; fsync; rename ").append(file) +=
+        "; ";
   for (int place = 1; place <= kPlaces; ++place)
     expected += "pwrite; ";
   EXPECT_EQ(faulty::Log(), expected);
