@@ -161,15 +161,18 @@ TEST_F(FilterGraphTest, WhatCannotBePlayedIsTold) {
   }
 }
 
+// Another track of the same length tells when this one would have ended.
 TEST_F(FilterGraphTest, NothingPlaysBeforeItIsRunNorAfterItIsStopped) {
-  const auto graph = CreateFilterGraphInto(kSilentSink);
-  graph->RenderFile(PathOf("tone.wav"));
-  while (!graph->IsRendered())
-    std::this_thread::yield();
-  WaitUntilMediaIdle();
+  const std::string path = PathOf("tone.wav");
+  const auto graph = CreateFilterGraphInto(kPacedSink);
+  graph->RenderFile(path);
+  Play(path, kPacedSink);
+  EXPECT_TRUE(graph->IsRendered());
   EXPECT_EQ(graph->WaitForCompletion(), GraphEvent::None);
   graph->Run();
   graph->Stop();
+  Play(path, kPacedSink);
+  EXPECT_EQ(graph->WaitForCompletion(), GraphEvent::None);
   graph->Run();
   WaitForEnd(*graph);
   EXPECT_EQ(graph->WaitForCompletion(), GraphEvent::Complete);

@@ -186,6 +186,7 @@ TEST_F(Surfaces, DrawTextWithoutABackground) {
   wide.SetForeColor(RGB(255, 0, 0));
   wide.SetFont(font);
   wide.DrawText(10, 5, "Level");
+  EXPECT_EQ(Count(wide, 0xFFFFFFFF), 0) << "a background";
   EXPECT_GT(Count(wide, kRed), 100);
   EXPECT_LT(Count(wide, kRed), size.width * size.height / 2);
   wide.SetForeColor(RGB(0, 0, 255));

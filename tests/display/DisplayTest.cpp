@@ -43,6 +43,9 @@ TEST_F(Drawing, IsSetUpInItsOrder) {
   PaintBoardPicture();
   EXPECT_EQ(Take("Blt"), std::vector<std::string>{"Blt back 0,0,512,576 Board.bmp 0,0,300,200"});
   EXPECT_TRUE(twin::Messages().empty());
+  ReleaseAll();
+  EXPECT_FALSE(primarySurface || backBuffer || boardSurface || gemSheet || targetSheet || clipper ||
+               dd);
 }
 
 // What was made before a failure stays, the rest is never made, and frames and release still work.
@@ -72,7 +75,7 @@ TEST_F(Drawing, FailureLeavesTheRestUndone) {
     Perform("frames2");
     ReleaseAll();
     ReleaseAll();
-    EXPECT_FALSE(dd || primarySurface || backBuffer || boardSurface);
+    EXPECT_FALSE(dd || backBuffer || gemSheet);
     EXPECT_EQ(boardCells[5].gem, nullptr);
     EXPECT_TRUE(clearList.empty());
     EXPECT_EQ(twin::LiveSoundBuffers(), 0);

@@ -207,6 +207,10 @@ TEST_F(DXAudioTest, KeepsAnEndedForegroundSoundUntilTheNext) {
   EXPECT_EQ(audio_.ForegroundIsStopped(), kFalse);
   EXPECT_FALSE(GraphAt(0).alive);
   EXPECT_FALSE(GraphAt(1).running);
+  GraphAt(1).event = GraphEvent::Complete;
+  twin::RenderAtOnce(false);
+  audio_.PlayForeground("a.wav");
+  EXPECT_EQ(audio_.ForegroundIsStopped(), kFalse);
 }
 
 TEST_F(DXAudioTest, TheSecondForegroundMethodStartsAtOnceFromItsOwnFolder) {
