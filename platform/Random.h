@@ -10,7 +10,7 @@ namespace platform {
 /// whole state is one word, which makes it easy to stir.
 class RandomGenerator {
  public:
-  explicit RandomGenerator(std::uint64_t seed = 0) : state_(seed) {}
+  explicit RandomGenerator(std::uint64_t seed) : state_(seed) {}
 
   /// Stirs `seconds` into the running state. It never resets the state: two calls within one tick
   /// of the clock do not make the draws repeat.

@@ -51,7 +51,7 @@ int16 CountHoles(const CGem& gem, int top, int bottom) {
   return holes;
 }
 
-int16 HolesFrom(const CGem& gem) {
+int16 HolesUpFrom(const CGem& gem) {
   return CountHoles(gem, 0, gem.row);
 }
 
@@ -60,7 +60,6 @@ int16 HolesBelow(const CGem& gem) {
 }
 
 void RewardChain() {
-  clearFrames = 0;
   ++chainCount;
   if (chainCount < kFirstRewardedChain) return;
   const auto row = static_cast<std::size_t>(chainCount - kFirstRewardedChain);
@@ -93,7 +92,7 @@ void DrawNewKinds() {
 void PlaceNewGems() {
   for (const int16 id : clearList) {
     CGem& gem = Gem(id);
-    gem.pixY = static_cast<int16>(-kCellPixels * HolesFrom(gem));
+    gem.pixY = static_cast<int16>(-kCellPixels * HolesUpFrom(gem));
     gem.targetRow = HolesBelow(gem);
   }
 }
@@ -166,7 +165,9 @@ void StepClearing() {
     CGem& gem = Gem(id);
     gem.shrink = static_cast<int16>(gem.shrink + kShrinkPixels);
   }
-  if (++clearFrames >= kClearFrames) SettleClear();
+  if (++clearFrames < kClearFrames) return;
+  clearFrames = 0;
+  SettleClear();
 }
 
 void AddKindPoints(int16 kind) {

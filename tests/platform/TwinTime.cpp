@@ -47,15 +47,22 @@ void RunTimer() {
   script.lastTimer = platform::Timer();
 }
 
-// Answers whether an event of this very place ran.
-bool RunPlaceEvents() {
-  ++script.places;
+// Takes the events up to `now`, which may move on meanwhile; answers whether any ran.
+template <typename Moment>
+bool RunUpTo(const Moment& now, std::multimap<Moment, std::function<void()>>& events) {
   bool ran = false;
-  while (!script.placeEvents.empty() && script.placeEvents.begin()->first <= script.places) {
-    const auto event = script.placeEvents.extract(script.placeEvents.begin()).mapped();
+  while (!events.empty() && events.begin()->first <= now) {
+    const auto event = events.extract(events.begin()).mapped();
     event();
     ran = true;
   }
+  return ran;
+}
+
+// Answers whether an event of this very place ran.
+bool RunPlaceEvents() {
+  ++script.places;
+  const bool ran = RunUpTo(script.places, script.placeEvents);
   if (!script.everyPlace || script.insideEveryPlace) return ran;
   script.insideEveryPlace = true;
   script.everyPlace();
@@ -65,17 +72,10 @@ bool RunPlaceEvents() {
 
 // Answers whether anything ran.
 bool RunDueEvents() {
-  bool ran = false;
-  while (!script.events.empty() && script.events.begin()->first <= script.tick) {
-    const auto event = script.events.extract(script.events.begin()).mapped();
-    event();
-    ran = true;
-  }
-  if (TimerIsDue()) {
-    RunTimer();
-    ran = true;
-  }
-  return ran;
+  const bool ran = RunUpTo(script.tick, script.events);
+  if (!TimerIsDue()) return ran;
+  RunTimer();
+  return true;
 }
 
 }  // namespace

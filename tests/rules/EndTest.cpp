@@ -69,11 +69,6 @@ TEST_F(End, ThrowsByItsDraws) {
   for (const CGem& gem : gems)
     throws.emplace(gem.flyAngle, gem.flySpeed);
   EXPECT_EQ(throws.size(), 64U);
-  RunFrame();
-  for (const CGem& gem : gems) {
-    EXPECT_EQ(gem.pixX, gem.flyX);
-    EXPECT_EQ(gem.pixY, 576 - gem.flyY);
-  }
 }
 
 struct Throw {
@@ -89,8 +84,8 @@ struct Throw {
 TEST_F(End, FliesAlongItsParabola) {
   constexpr Throw kThrows[] = {
       {0, 258, 194, 60, 20, 258, 382},    {10, 64, 0, 60, 20, 164, 478},
-      {63, 448, 450, 120, 10, 133, 2557}, {10, 0, 0, 90, 10, 0, 551},
-      {1, 0, 0.25F, 90, 10, 0, 566},      {1, 0, 1.25F, 90, 10, 0, 566},
+      {63, 448, 450, 120, 10, 133, 2557}, {1, 0, 0.25F, 90, 10, 0, 566},
+      {1, 0, 1.25F, 90, 10, 0, 566},
   };
   EXPECT_EQ(FlyY(10, 1.57079632679F, 10), 25);
   for (const Throw& thrown : kThrows) {
@@ -172,10 +167,13 @@ TEST_F(End, ClicksInTheFirstHalfSecondAreLost) {
   }
 }
 
-TEST_F(End, LostGameAsksForTheHighScoreOnceAndStays) {
+TEST_F(End, LostGameAsksForTheHighScoreOnceAfterTheHalfSecond) {
   score = 10;
+  int before = -1;
+  twin::ScheduleAt(platform::TickCount() + 450, [&] { before = nameWindows; });
   for (int i = 0; i < 3; ++i) {
     ShowMessageWithClicks({600});
+    EXPECT_EQ(before, 0);
     EXPECT_EQ(gameState, stateEndMessage);
     EXPECT_FALSE(newBoardWanted);
     EXPECT_EQ(nameWindows, 1);
@@ -183,15 +181,6 @@ TEST_F(End, LostGameAsksForTheHighScoreOnceAndStays) {
   EXPECT_EQ(highScoreChecked, kTrue);
   Perform("new");
   EXPECT_TRUE(newBoardWanted);
-}
-
-TEST_F(End, HighScoreIsLookedAtAfterTheHalfSecond) {
-  score = 10;
-  int before = -1;
-  twin::ScheduleAt(platform::TickCount() + 450, [&] { before = nameWindows; });
-  ShowMessageWithClicks({600});
-  EXPECT_EQ(before, 0);
-  EXPECT_EQ(nameWindows, 1);
 }
 
 // In the deaf half second, and in the wait for the click; after a won level and a lost game.
@@ -217,28 +206,6 @@ TEST_F(End, NewGameLeadsOutOfBothWaits) {
       EXPECT_EQ(highScoreChecked, won == kFalse && wait == 900 ? kTrue : kFalse);
     }
   }
-}
-
-TEST_F(End, ClickAfterAWonLevelDealsTheNextBoard) {
-  level = 3;
-  score = 900;
-  levelWon = kTrue;
-  int clicked = 0;
-  twin::OnEveryPlace([&] {
-    if (gameState == stateDealing && clicked == 0) {
-      gameState = stateEndMessage;
-      clicked = 1;
-    } else if (gameState == stateEndMessage) {
-      Perform("click");
-    } else if (clicked == 1 && !newBoardWanted) {
-      quitRequested = kTrue;
-    }
-  });
-  RunGameLoop();
-  EXPECT_EQ(gameState, stateDealing);
-  EXPECT_EQ(level, 3);
-  EXPECT_EQ(score, 900);
-  EXPECT_EQ(Gem(63).pixY, -64 + 20);
 }
 
 }  // namespace
