@@ -112,6 +112,15 @@ TEST_F(Clock, StepsBeepsCapsAndEndsInThisOrder) {
   }
 }
 
+TEST_F(Clock, StandsStillWhileItDoesNotRun) {
+  clockRunning = kFalse;
+  timeLeft = 0;
+  UpdateClock();
+  EXPECT_EQ(timeLeft, 0);
+  EXPECT_EQ(gameState, stateIdle);
+  EXPECT_EQ(lastBeepTick, 0);
+}
+
 TEST_F(Clock, BeepAndPauseAreHeardWithTheEffectsOff) {
   twin::SetProgramFolder(TEST_DATA "/../..");
   soundOn = kFalse;
