@@ -29,7 +29,9 @@ void SetUpBoard(int16 atLevel) {
 }
 
 void PressOn(int cell) {
-  MouseDown(static_cast<float32>(cell % 8 * 64 + 32), static_cast<float32>(cell / 8 * 64 + 32));
+  const int column = cell % 8;
+  const int row = cell / 8;
+  MouseDown(static_cast<float32>(column * 64 + 32), static_cast<float32>(row * 64 + 32));
 }
 
 // Tries the neighbours of the hinted gem one after the other, and starts anew when a game is over.
@@ -67,7 +69,7 @@ BENCHMARK(FramesAtRest);
 template <typename Search>
 void SearchBoards(benchmark::State& state, Search search) {
   SetUpBoard(26);
-  for (auto _ : state)
+  while (state.KeepRunning())
     benchmark::DoNotOptimize(search());
 }
 BENCHMARK_CAPTURE(SearchBoards, BoardHasRun, [] { return BoardHasRun(); });
@@ -82,7 +84,7 @@ void MoveExistsOnADeadBoard(benchmark::State& state) {
   SetUpBoard(26);
   for (int16 id = 0; id < kGemCount; ++id)
     boardCells[id].kind = static_cast<int16>((id % 8 + id / 8 * 3) % 8);
-  for (auto _ : state)
+  while (state.KeepRunning())
     benchmark::DoNotOptimize(MoveExists());
 }
 BENCHMARK(MoveExistsOnADeadBoard);

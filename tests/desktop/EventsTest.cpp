@@ -27,7 +27,7 @@ constexpr desktop::BoardMouse kMouse = {
     [] { told << "click; "; }};
 
 std::string Told() {
-  const std::string text = told.str();
+  std::string text = told.str();
   told.str("");
   return text;
 }

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Loaded before the real program's libraries, it writes down when each frame begins to wait: the
 // program sets its alarm to the end of the frame once for each. The file named by FRAME_LOG gets
-// one line a frame, in nanoseconds of CLOCK_MONOTONIC, and a line "-" for a wait that is longer
-// than a frame: that of the end message, and that of a pause.
+// one line a frame: the time in nanoseconds of CLOCK_MONOTONIC, the processor time of the game's
+// thread in microseconds, and its page faults that had to wait for the disk, both since its start.
+// It gets a line "-" for a wait that is longer than a frame: that of the end message, and that of a
+// pause.
 #include <dlfcn.h>
+#include <sys/resource.h>
 #include <sys/timerfd.h>
 
 #include <cstdio>
@@ -14,9 +17,14 @@ namespace {
 
 constexpr long kNanosPerSecond = 1'000'000'000;
 constexpr long kFrameNanos = 21'000'000;
+constexpr long kMicrosPerSecond = 1'000'000;
 
 long Nanos(const timespec& time) {
   return time.tv_sec * kNanosPerSecond + time.tv_nsec;
+}
+
+long Micros(const timeval& time) {
+  return time.tv_sec * kMicrosPerSecond + time.tv_usec;
 }
 
 // A wait that an event has cut short sets the alarm again to the same moment.
@@ -30,7 +38,10 @@ void LogFrame(long deadline) {
   if (deadline - Nanos(now) > kFrameNanos) {
     std::fputs("-\n", file);
   } else {
-    std::fprintf(file, "%ld\n", Nanos(now));
+    rusage used{};
+    getrusage(RUSAGE_THREAD, &used);
+    std::fprintf(file, "%ld %ld %ld\n", Nanos(now), Micros(used.ru_utime) + Micros(used.ru_stime),
+                 used.ru_majflt);
   }
   std::fflush(file);
 }

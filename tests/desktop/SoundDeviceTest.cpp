@@ -42,9 +42,9 @@ class SoundDeviceTest : public testing::Test {
   }
   static std::string Tone(int channels, int format = SF_FORMAT_PCM_16,
                           double pitch = tones::kPitch) {
-    const std::string path = testing::TempDir() + std::to_string(getpid()) + "tone" +
-                             std::to_string(channels) + "_" + std::to_string(format) + "_" +
-                             std::to_string(pitch) + ".wav";
+    std::string path = testing::TempDir() + std::to_string(getpid()) + "tone" +
+                       std::to_string(channels) + "_" + std::to_string(format) + "_" +
+                       std::to_string(pitch) + ".wav";
     tones::WriteTone(path, channels, 0.5, format, pitch);
     return path;
   }

@@ -10,13 +10,14 @@ Usage: endurance.py FOLDER FRAME_LOG MINUTES [--kill-sound]"""
 import argparse
 import collections
 import itertools
+import os
 import random
 import sys
 import time
 from pathlib import Path
 from statistics import median
 
-from desktop import CHOOSER, MAIN, MODES, Desktop, Game, legal_swap
+from desktop import CHOOSER, MAIN, MODES, Desktop, Game, swaps
 from measure import FrameTimes, with_frame_log
 
 LONG_FRAME_MS = 60
@@ -49,11 +50,13 @@ class Holdings:
 
 
 class Stalls:
-    """The moments at which the machine let nobody run, in nanoseconds of CLOCK_MONOTONIC: a process
-    of its own sleeps for 5 ms again and again and writes down when it woke 15 ms late or later."""
+    """The moments at which the machine let nobody run, in nanoseconds of CLOCK_MONOTONIC: on each
+    processor a process sleeps for 5 ms again and again and writes down when it woke 15 ms late or
+    later."""
 
     WATCH = """if True:
-        import time
+        import os, sys, time
+        os.sched_setaffinity(0, {int(sys.argv[1])})
         last = time.monotonic_ns()
         while True:
             time.sleep(0.005)
@@ -63,14 +66,21 @@ class Stalls:
         """
 
     def __init__(self, desktop):
-        self.path = desktop.folder / "stalls.log"
-        with open(self.path, "w") as log:
-            desktop.spawn(sys.executable, "-c", self.WATCH, stdout=log)
+        self.paths = []
+        for processor in os.sched_getaffinity(0):
+            self.paths.append(desktop.folder / f"stalls{processor}.log")
+            with open(self.paths[-1], "w") as log:
+                desktop.spawn(sys.executable, "-c", self.WATCH, str(processor), stdout=log)
 
     def within(self, start, end):
-        """Milliseconds from `start` to `end` during which the machine stood."""
-        spans = (map(int, line.split()) for line in self.path.read_text().splitlines())
-        return sum(max(0, min(end, b) - max(start, a)) for a, b in spans) / 1e6
+        """The most milliseconds from `start` to `end` for which one of the processors stood."""
+        return max(overlap([map(int, line.split()) for line in path.read_text().splitlines()], start, end)
+                   for path in self.paths)
+
+
+def overlap(spans, start, end):
+    """Milliseconds from `start` to `end` that lie within the spans, all in nanoseconds."""
+    return sum(max(0, min(end, b) - max(start, a)) for a, b in spans) / 1e6
 
 
 class Player:
@@ -79,8 +89,10 @@ class Player:
         self.swaps = 0
         self.games, self.windows = collections.Counter(), collections.Counter()
         self.modes = itertools.cycle(MODES)
+        self.choosing = []  # spans in which the chooser held the game, in nanoseconds
 
     def new_game(self, first=False):
+        start = time.monotonic_ns()
         if not first:
             self.game.activate()
             self.desktop.key("F2")
@@ -89,6 +101,7 @@ class Player:
             return False
         mode = next(self.modes)
         self.game.choose(mode)
+        self.choosing.append((start, time.monotonic_ns()))
         self.games[mode] += 1
         self.until = time.monotonic() + GAME_MINUTES * 60
         return True
@@ -158,19 +171,26 @@ class Player:
         elif dice < 0.06:
             self.desktop.key("F3")
         else:
-            a, b = legal_swap(kinds)
-            (self.game.swap if dice < 0.8 else self.game.drag)(a, b)
-            self.swaps += 1
+            legal = [(a, b) for a, b, makes_run in swaps(kinds) if makes_run]
+            if legal:  # a game that is lost for want of a move stands still for a frame
+                (self.game.swap if dice < 0.8 else self.game.drag)(*random.choice(legal))
+                self.swaps += 1
 
 
-def tell_long_frames(frames, stalls):
-    """One line for each frame over the limit, with what the machine stood still in it."""
-    begins, lengths = frames.each()
-    for begin, length in zip(begins, lengths):
-        if length > LONG_FRAME_MS:
-            stood = stalls.within(begin, begin + length * 1e6)
-            print(f"a frame of {length:.0f} ms, of which the machine stood for {stood:.0f} ms")
-    print(f"frames over {LONG_FRAME_MS} ms: {int((lengths > LONG_FRAME_MS).sum())} of {len(lengths)}")
+def tell_long_frames(frames, stalls, choosing):
+    """One line for each frame over the limit but those that the chooser held, with what held it up."""
+    told = held = 0
+    for begin, length, ran, faults in frames.each():
+        if length <= LONG_FRAME_MS:
+            continue
+        end = begin + length * 1e6
+        if overlap(choosing, begin, end) > 0:
+            held += 1
+            continue
+        told += 1
+        print(f"a frame of {length:.0f} ms: its thread ran for {ran:.0f} ms, waited for {faults:.0f} pages from disk, "
+              f"and a processor stood for {stalls.within(begin, end):.0f} ms")
+    print(f"frames over {LONG_FRAME_MS} ms: {told}, and {held} that the chooser held")
 
 
 def restart_sound(desktop):
@@ -220,7 +240,7 @@ def main():
         frames, stalls = FrameTimes(log), Stalls(desktop)
         watch(player, game.process, options.minutes, options.kill_sound)
         print(frames.describe())
-        tell_long_frames(frames, stalls)
+        tell_long_frames(frames, stalls, player.choosing)
         game.activate()
         desktop.key("ctrl+q")
         print(f"exit code {game.ended()}")

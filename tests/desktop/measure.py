@@ -35,15 +35,15 @@ class FrameTimes:
         return len(self.path.read_text().splitlines()) if self.path.exists() else 0
 
     def each(self):
-        """When each frame began, in nanoseconds of CLOCK_MONOTONIC, and how long it was."""
+        """By frame: when it began, in nanoseconds of CLOCK_MONOTONIC; how long it lasted and how long
+        its thread ran, in milliseconds; and its page faults that waited for the disk."""
         lines = self.path.read_text().splitlines()[self.skip:]
-        stamps = np.array([np.nan if line == "-" else float(line) for line in lines])
-        times = np.diff(stamps) / 1e6
-        whole = np.isfinite(times)
-        return stamps[:-1][whole], times[whole]
+        stamps = np.array([[np.nan] * 3 if line == "-" else line.split() for line in lines], dtype=float)
+        frames = np.hstack([stamps[:-1, :1], np.diff(stamps, axis=0) / (1e6, 1e3, 1)])
+        return frames[np.isfinite(frames).all(axis=1)]
 
     def describe(self):
-        _, times = self.each()
+        times = self.each()[:, 1]
         return (f"{len(times)} frames, median {np.median(times) / FRAME_MS:.3f}, "
                 f"99 % up to {np.percentile(times, 99) / FRAME_MS:.3f} of 21 ms, longest {times.max():.1f} ms")
 

@@ -54,6 +54,7 @@ namespace twin {
 
 std::vector<GraphRecord*> Graphs() {
   std::vector<GraphRecord*> all;
+  all.reserve(records.size());
   for (const auto& record : records)
     all.push_back(record.get());
   return all;
