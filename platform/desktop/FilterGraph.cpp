@@ -3,6 +3,7 @@
 #include "platform/FilterGraph.h"
 
 #include <gst/gst.h>
+#include <malloc.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -19,6 +20,15 @@ namespace platform {
 namespace {
 
 constexpr const char* kDefaultSink = "autoaudiosink";
+
+// Each stream brings threads of its own, and the instruments of a MIDI file take megabytes. With an
+// arena for each thread the C library would keep a set of them in each.
+void KeepHeapSmall() {
+  constexpr int kArenas = 2;
+  constexpr int kOwnMappingBytes = 1 << 20;  // what is larger goes back to the system when freed
+  mallopt(M_ARENA_MAX, kArenas);
+  mallopt(M_MMAP_THRESHOLD, kOwnMappingBytes);
+}
 
 void InitLibrary() {
   gst_init_check(nullptr, nullptr, nullptr);
@@ -89,6 +99,7 @@ class DesktopGraph : public FilterGraph {
 }  // namespace
 
 void WarmUpMedia() {
+  KeepHeapSmall();
   OpeningQueue();
 }
 

@@ -180,6 +180,7 @@ class Player:
 def tell_long_frames(frames, stalls, choosing):
     """One line for each frame over the limit but those that the chooser held, with what held it up."""
     told = held = 0
+    start = frames.each()[0, 0]
     for begin, length, ran, faults in frames.each():
         if length <= LONG_FRAME_MS:
             continue
@@ -188,8 +189,8 @@ def tell_long_frames(frames, stalls, choosing):
             held += 1
             continue
         told += 1
-        print(f"a frame of {length:.0f} ms: its thread ran for {ran:.0f} ms, waited for {faults:.0f} pages from disk, "
-              f"and a processor stood for {stalls.within(begin, end):.0f} ms")
+        print(f"minute {(begin - start) / 60e9:.1f}, a frame of {length:.0f} ms: its thread ran for {ran:.0f} ms, "
+              f"waited for {faults:.0f} pages from disk, and a processor stood for {stalls.within(begin, end):.0f} ms")
     print(f"frames over {LONG_FRAME_MS} ms: {told}, and {held} that the chooser held")
 
 
