@@ -93,7 +93,8 @@ float32 MiddleX(int cell) {
   return static_cast<float32>(cell % 8 * 64 + 32);
 }
 float32 MiddleY(int cell) {
-  return static_cast<float32>(cell / 8 * 64 + 32);
+  const int row = cell / 8;
+  return static_cast<float32>(row * 64 + 32);
 }
 
 void PressAndRelease(int cell) {
