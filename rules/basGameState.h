@@ -154,6 +154,7 @@ void ResetGameState();
 /// The kind of the cell at (x, y); kNoKind outside the board.
 int16 CellKind(int16 x, int16 y);
 
+/// The gem of `id`, 0..63, wherever it stands.
 CGem& Gem(int16 id);
 
 /// Hands over to `next` at the end of the handler of `own`. The clock may have ended the game while

@@ -2,7 +2,6 @@
 #include "rules/basInitializingGameBoard.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "platform/Events.h"
 #include "platform/Random.h"

@@ -14,16 +14,15 @@ constexpr int16 kAnchors = 6;  // places on a line with room for a run beyond th
 enum class Direction { Row, Column };
 
 // The board seen along one direction: `along` counts on the line of the run, `across` the lines.
-// The kinds are copied out once, with a border of none, since every shape reads each of them many
+// The kinds are copied out once, with a border of none, since the shapes read each of them many
 // times.
 class Lines {
  public:
   explicit Lines(Direction direction) : direction_(direction) {
-    kinds_.fill(kNoKind);
-    for (int across = 0; across < kBoardCells; ++across)
-      for (int along = 0; along < kBoardCells; ++along) {
+    for (int across = -1; across <= kBoardCells; ++across)
+      for (int along = 0; along <= kBoardCells; ++along) {
         const MoveCell cell = At(along, across);
-        kinds_[Index(along, across)] = boardCells(cell.x, cell.y).kind;
+        kinds_[Index(along, across)] = CellKind(cell.x, cell.y);
       }
   }
 
@@ -45,7 +44,7 @@ class Lines {
   }
 
   Direction direction_;
-  std::array<int16, std::size_t{kWidth} * kHeight> kinds_;
+  std::array<int16, std::size_t{kWidth} * kHeight> kinds_{};
 };
 
 // The gem of the anchor's kind one step on and `side` lines beside it, with a second one behind it:
