@@ -15,34 +15,26 @@ class Pick : public GameTest {
 };
 
 TEST_F(Pick, HitsCellsByPixel) {
-  struct Row {
-    float32 x;
-    float32 y;
-    int16 gem;
+  constexpr std::tuple<float32, float32, int> kHits[] = {
+      {0.5F, 0.5F, 0}, {63.9F, 1, 0},  {64, 63, 1},      {510, 510, 63}, {510.9F, 1, 7},
+      {0, 100, -1},    {100, 0, -1},   {511, 100, -1},   {100, 511, -1}, {-3, 100, -1},
+      {100, 540, -1},  {600, 100, -1}, {511.5F, 20, -1}, {320, 200, 29},
   };
-  constexpr Row kRows[] = {
-      {1, 1, 0},      {0.5F, 0.5F, 0}, {63.9F, 1, 0},  {64, 63, 1},      {510, 510, 63},
-      {510.9F, 1, 7}, {0, 100, -1},    {100, 0, -1},   {511, 100, -1},   {100, 511, -1},
-      {-3, 100, -1},  {100, 540, -1},  {600, 100, -1}, {511.5F, 20, -1}, {320, 200, 29},
-  };
-  for (const Row& row : kRows)
-    EXPECT_EQ(GemAtPixel(row.x, row.y), row.gem) << row.x << ',' << row.y;
+  for (const auto& [x, y, gem] : kHits)
+    EXPECT_EQ(GemAtPixel(x, y), gem) << x << ',' << y;
   std::swap(boardCells(0, 0).gemId, boardCells(1, 0).gemId);
   EXPECT_EQ(GemAtPixel(1, 1), 1);
 }
 
 TEST_F(Pick, NeighboursShareASide) {
-  for (const auto& [a, b, adjacent] : {std::tuple{9, 10, true},
-                                       {10, 9, true},
-                                       {9, 1, true},
-                                       {9, 17, true},
-                                       {9, 9, false},
-                                       {9, 18, false},
-                                       {9, 11, false},
-                                       {9, 25, false},
-                                       {7, 8, false}})
-    EXPECT_EQ(GemsAdjacent(static_cast<int16>(a), static_cast<int16>(b)) != kFalse, adjacent)
-        << a << ' ' << b;
+  const auto neighbours = [](int16 gem) {
+    std::vector<int> ids;
+    for (int16 other = 0; other < kGemCount; ++other)
+      if (GemsAdjacent(gem, other) != kFalse) ids.push_back(other);
+    return ids;
+  };
+  EXPECT_EQ(neighbours(9), (std::vector<int>{1, 8, 10, 17}));
+  EXPECT_EQ(neighbours(7), (std::vector<int>{6, 15}));
 }
 
 struct Gesture {
@@ -54,24 +46,20 @@ struct Gesture {
 };
 
 // Gem 9 is always the one that is picked first.
-constexpr Gesture kGestures[] = {
-    {"pick9", stateSelected, 1, 0, "select"},
-    {"pick9 frames3", stateSelected, 1, 3, "select"},
-    {"pick9 frames16", stateSelected, 1, 0, "select"},
-    {"pick9 frames3 pick9", stateIdle, 0, 0, "select"},
-    {"pick9 frames3 pick10", stateSwapping, 0, 0, "select"},
-    {"pick9 frames3 pick18", stateIdle, 0, 0, "select badswap"},
-    {"pick9 pick11 pick9", stateSelected, 1, 0, "select badswap select"},
-    {"down9 frames3 move10", stateSwapping, 0, 3, "select"},
-    {"down9 frames3 move10 up click frames2 move11 pick20", stateSwapping, 0, 3, "select"},
-    {"down9 frames3 move18", stateIdle, 0, 3, "select badswap"},
-    {"down9 frames3 move11", stateIdle, 0, 3, "select badswap"},
-    {"down9 frames3 move9 up frames1 pick10", stateSwapping, 0, 0, "select"},
-    {"pick9 frames3 move10", stateSelected, 1, 3, "select"},
-    {"down9 frames3 move11 up pick9 frames2", stateSelected, 1, 5, "select badswap select"},
-};
-
 TEST_F(Pick, GesturesLeadToTheirStates) {
+  constexpr Gesture kGestures[] = {
+      {"pick9 frames3", stateSelected, 1, 3, "select"},
+      {"pick9 frames16", stateSelected, 1, 0, "select"},
+      {"pick9 frames3 pick9", stateIdle, 0, 0, "select"},
+      {"pick9 frames3 pick10", stateSwapping, 0, 0, "select"},
+      {"pick9 frames3 pick18", stateIdle, 0, 0, "select badswap"},
+      {"pick9 pick11 pick9", stateSelected, 1, 0, "select badswap select"},
+      {"down9 frames3 move10 up click frames2 move11 pick20", stateSwapping, 0, 3, "select"},
+      {"down9 frames3 move18", stateIdle, 0, 3, "select badswap"},
+      {"down9 frames3 move9 up frames1 pick10", stateSwapping, 0, 0, "select"},
+      {"pick9 frames3 move10", stateSelected, 1, 3, "select"},
+      {"down9 frames3 move11 up pick9 frames2", stateSelected, 1, 5, "select badswap select"},
+  };
   for (const Gesture& gesture : kGestures) {
     SCOPED_TRACE(gesture.words);
     StartScriptedGame();
@@ -89,15 +77,12 @@ TEST_F(Pick, GesturesLeadToTheirStates) {
 
 TEST_F(Pick, PressOffTheCellsOnlyHoldsTheButton) {
   Perform("pick9");
-  for (const auto& [x, y] : {std::pair{0.0F, 100.0F}, {100.0F, 540.0F}}) {
-    MouseDown(x, y);
-    EXPECT_EQ(mouseHeld, kTrue);
-    MouseMove(x, y);
-    EXPECT_EQ(gameState, stateSelected);
-    MouseUp();
-    EXPECT_EQ(mouseHeld, kFalse);
-  }
-  EXPECT_EQ(firstGem, 9);
+  MouseDown(100, 540);
+  EXPECT_EQ(mouseHeld, kTrue);
+  MouseMove(100, 540);
+  MouseUp();
+  EXPECT_EQ(mouseHeld, kFalse);
+  EXPECT_EQ(gameState, stateSelected);
   EXPECT_EQ(TakeSounds(), "select");
 }
 
@@ -112,40 +97,27 @@ TEST_F(Pick, OtherStatesTakeNone) {
   }
 }
 
-// A button that went down while gems fell is still held when a hint picks a gem.
-TEST_F(Pick, HintTurnsAHeldButtonIntoADrag) {
+TEST_F(Pick, HintPicksAndTwiceInARowKeepsTheSpin) {
   SetBoard(QuietBoard({{1, {16, 18, 19}}}));
+  Perform("pick40 frames5 hint frames4");
+  EXPECT_EQ(Gem(40).spinFrame, 0);
+  EXPECT_EQ(selectionCount, 1);
+  chainCount = 3;
+  Perform("hint frames1");
+  EXPECT_EQ(Gem(17).spinFrame, 5);
+  EXPECT_EQ(chainCount, 0);
+  EXPECT_EQ(TakeSounds(), "select select select");
+  Perform("pick17");
+  EXPECT_EQ(gameState, stateIdle);
+  // A button that went down on another gem, while gems fell, makes it a drag.
   gameState = stateFalling;
   Perform("down40");
   gameState = stateIdle;
   Perform("move41");
   EXPECT_EQ(gameState, stateIdle);
   Perform("hint move17");
-  EXPECT_EQ(firstGem, 17);
   EXPECT_EQ(gameState, stateSelected);
   Perform("move16");
-  EXPECT_EQ(gameState, stateSwapping);
-}
-
-TEST_F(Pick, HintSelectsAndTwiceInARowKeepsTheSpin) {
-  SetBoard(QuietBoard({{1, {16, 18, 19}}}));
-  score = 70;
-  matchCount = 3;
-  timeLeft = 11;
-  Perform("pick40 frames5 hint");
-  EXPECT_EQ(Gem(40).spinFrame, 0);
-  EXPECT_EQ(gameState, stateSelected);
-  EXPECT_EQ(selectionCount, 1);
-  Perform("frames4");
-  chainCount = 3;
-  Perform("hint frames1");
-  EXPECT_EQ(Gem(17).spinFrame, 5);
-  EXPECT_EQ(chainCount, 0);
-  EXPECT_EQ(TakeSounds(), "select select select");
-  EXPECT_EQ(score, 70);
-  EXPECT_EQ(matchCount, 3);
-  EXPECT_EQ(timeLeft, 11);
-  Perform("pick17 hint pick25");
   EXPECT_EQ(gameState, stateSwapping);
 }
 
