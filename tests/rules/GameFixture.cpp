@@ -89,6 +89,8 @@ std::vector<int> BoardIds() {
   return ids;
 }
 
+namespace {
+
 float32 MiddleX(int cell) {
   return static_cast<float32>(cell % 8 * 64 + 32);
 }
@@ -96,18 +98,6 @@ float32 MiddleY(int cell) {
   const int row = cell / 8;
   return static_cast<float32>(row * 64 + 32);
 }
-
-void PressAndRelease(int cell) {
-  PressAndRelease(MiddleX(cell), MiddleY(cell));
-}
-
-void PressAndRelease(float32 x, float32 y) {
-  MouseDown(x, y);
-  MouseUp();
-  Click();
-}
-
-namespace {
 
 void PerformWord(const std::string& verb, int number) {
   if (verb == "down") return MouseDown(MiddleX(number), MiddleY(number));
@@ -124,6 +114,12 @@ void PerformWord(const std::string& verb, int number) {
 }
 
 }  // namespace
+
+void PressAndRelease(int cell) {
+  MouseDown(MiddleX(cell), MiddleY(cell));
+  MouseUp();
+  Click();
+}
 
 void Perform(const std::string& words) {
   std::istringstream stream(words);
@@ -174,16 +170,10 @@ std::string BrokenGem(int x, int y) {
 
 std::string BrokenInvariant() {
   std::set<const CGem*> seen;
-  for (int y = 0; y < 8; ++y) {
-    for (int x = 0; x < 8; ++x) {
-      const std::string broken = BrokenGem(x, y);
-      if (!broken.empty()) {
-        std::ostringstream text;
-        text << broken << " at " << x << ',' << y;
-        return text.str();
-      }
-      seen.insert(boardCells(x, y).gem);
-    }
+  for (int cell = 0; cell < kGemCount; ++cell) {
+    const std::string broken = BrokenGem(cell % 8, cell / 8);
+    if (!broken.empty()) return broken + " in cell " + std::to_string(cell);
+    seen.insert(boardCells[cell].gem);
   }
   return seen.size() == 64 ? "" : "a gem stands twice";
 }

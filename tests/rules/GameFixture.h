@@ -31,13 +31,8 @@ std::string QuietBoard(const std::vector<Patch>& patches = {});
 std::string BoardKinds();
 std::vector<int> BoardIds();
 
-/// The middle of a cell, in pixels.
-float32 MiddleX(int cell);
-float32 MiddleY(int cell);
-
-/// A press, a release and the click they make.
+/// A press in the middle of the cell, a release, and the click they make.
 void PressAndRelease(int cell);
-void PressAndRelease(float32 x, float32 y);
 
 /// Plays words such as "down12 move13 up pick12 hint pause new click frames5": the number of a word
 /// is the cell under the mouse, or how many frames to run. "pick" is press, release and click.
