@@ -106,9 +106,13 @@ TEST_F(Deal, ResetsTheBoardAndNothingElse) {
     EXPECT_EQ(*counter, 0);
   EXPECT_EQ(std::tuple(score, matchCount, clearList, fallList, firstGem, secondGem, gameState),
             std::tuple(1234, 6, GemList{1, 2}, GemList{3}, 40, 41, stateEndMessage));
-  for (const CGem& gem : gems) {
-    EXPECT_EQ(std::tuple(gem.pixY, gem.fallSpeed), std::tuple(-64 * (8 - gem.row), gem.row));
-    EXPECT_EQ(std::tuple(gem.pixX, gem.sheetY), std::tuple(64 * gem.col, 64 * gem.kind));
+  for (int16 id = 0; id < kGemCount; ++id) {
+    const CGem& gem = Gem(id);
+    EXPECT_EQ(boardCells[id].gem, &gem);
+    EXPECT_EQ(std::tuple(gem.id, gem.col, gem.row, gem.sheetY),
+              std::tuple(id, id % 8, id / 8, 64 * boardCells[id].kind));
+    EXPECT_EQ(std::tuple(gem.pixX, gem.pixY, gem.fallSpeed),
+              std::tuple(64 * (id % 8), -64 * (8 - id / 8), id / 8));
     EXPECT_EQ(gem.swapDirX + gem.swapDirY + gem.targetRow + gem.shrink + gem.spinFrame, 0);
     EXPECT_EQ(gem.flyX + gem.flyY + gem.flySpeed + gem.flyAngle, 0);
   }
