@@ -99,7 +99,7 @@ TEST_F(Known, MovesPlayOutAsTold) {
     SCOPED_TRACE(board);
     std::string told;
     while (std::getline(file, line) && !line.empty())
-      told += line + '\n';
+      told.append(line).append("\n");
     const int16 atLevel = level;
     StartScriptedGame();
     gameMode = modeRelaxing;
