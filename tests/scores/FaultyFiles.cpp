@@ -50,6 +50,8 @@ const std::string& Log() {
 
 }  // namespace faulty
 
+// The names are those that the linker gives to wrapped calls.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 
 int __real_open(const char* path, int flags, ...);
@@ -87,3 +89,4 @@ int __wrap_rename(const char* from, const char* to) {
 }
 
 }  // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)
