@@ -110,10 +110,6 @@ CGem& Gem(int16 id) {
   return gems[static_cast<std::size_t>(id)];
 }
 
-void LeaveState(GameState own, GameState next) {
-  if (gameState == own) gameState = next;
-}
-
 void EndPlay() {
   gameState = stateShaking;
   clockRunning = kFalse;

@@ -157,10 +157,6 @@ int16 CellKind(int16 x, int16 y);
 /// The gem of `id`, 0..63, wherever it stands.
 CGem& Gem(int16 id);
 
-/// Hands over to `next` at the end of the handler of `own`. The clock may have ended the game while
-/// the handler let events run: then the end of play stands.
-void LeaveState(GameState own, GameState next);
-
 /// Stops the clock and starts the sequence that ends a level or a game.
 void EndPlay();
 

@@ -52,7 +52,8 @@ void RewardSwap() {
     PlayEffect(sndGotSet);
     score += kSetPoints;
   }
-  LeaveState(stateSwapping, stateClearing);
+  // The clock may have run out while the lists were emptied; the end of play stands.
+  if (gameState == stateSwapping) gameState = stateClearing;
 }
 
 template <typename CellAt>

@@ -70,7 +70,7 @@ void SetPaths() {
 }
 
 // Once the frames have ended the window stays with its last picture, and New Game starts them
-// again.
+// again where the state that they ended in allows it.
 [[noreturn]] void ServeMenusForever() {
   for (;;) {
     while (!newBoardWanted)
