@@ -109,7 +109,9 @@ TEST_F(Known, MovesPlayOutAsTold) {
     for (const char c : draws)
       if (c != '-') scripted.push_back(c - '0');
     twin::ScriptDraws(scripted, kinds);
-    Perform("pick" + first + " frames1 pick" + second);
+    Perform("pick" + first);
+    RunFrame();
+    Perform("pick" + second);
     EXPECT_EQ(TellMove(), told);
     EXPECT_EQ(twin::ScriptedRndLeft(), 0U);
     if (gameState == stateIdle) {
