@@ -3,7 +3,6 @@
 #include <gst/gst.h>
 #include <gtest/gtest.h>
 #include <malloc.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -31,7 +30,7 @@ constexpr std::size_t kStoredForTracks = 4096;
 const std::vector<std::string> kTypes = {"wav", "mp3", "wma", "mid"};
 
 std::string PathOf(const std::string& name) {
-  return testing::TempDir() + "glimmerfall # " + std::to_string(getpid()) + name;
+  return tones::Scratch().Path("a # " + name);
 }
 
 // The encoders of the library that plays the files.
@@ -161,7 +160,7 @@ TEST_F(FilterGraphTest, MidiIsHeardThroughTheSoundfont) {
 TEST_F(FilterGraphTest, WhatCannotBePlayedIsTold) {
   const auto graph = CreateFilterGraphInto(kSilentSink);
   EXPECT_FALSE(graph->RenderFile(PathOf("nowhere.wav")));
-  EXPECT_FALSE(graph->RenderFile(testing::TempDir()));
+  EXPECT_FALSE(graph->RenderFile(tones::Scratch().Path()));
   EXPECT_EQ(Play(PathOf("tone.wav"), "nosuchelement"), GraphEvent::RenderFailed);
   for (const std::string& type : kTypes) {
     for (const char* content : {"", "This is no sound at all, whatever its name may say of it."}) {

@@ -10,7 +10,15 @@
 #include <string>
 #include <vector>
 
+#include "tests/platform/ScratchFolder.h"
+
 namespace tones {
+
+/// Of the whole suite; it goes with the process.
+inline const ScratchFolder& Scratch() {
+  static const ScratchFolder folder;
+  return folder;
+}
 
 constexpr int kRate = 44100;
 constexpr double kAmplitude = 0.5;

@@ -2,9 +2,7 @@
 #include "platform/desktop/WaveFile.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <limits>
@@ -48,7 +46,7 @@ class WaveFileTest : public testing::Test {
     return Refusal(bytes);
   }
 
-  std::string path_ = testing::TempDir() + std::to_string(getpid()) + "damaged.wav";
+  std::string path_ = tones::Scratch().Path("damaged.wav");
   std::string bytes_;
 };
 
@@ -89,7 +87,8 @@ TEST_F(WaveFileTest, AnyByteOfTheHeaderMayBeWrong) {
 TEST_F(WaveFileTest, OtherThingsAreNoWaveFiles) {
   EXPECT_NE(Refusal("This is a text, and a long enough one to hold a header of a file."), "");
   for (const std::string& path :
-       {testing::TempDir(), testing::TempDir() + "no such file.wav", std::string("/dev/zero")})
+       {tones::Scratch().Path(), tones::Scratch().Path("no such file.wav"),
+        std::string("/dev/zero")})
     EXPECT_THROW(ReadWaveFile(path), Error) << path;
 }
 

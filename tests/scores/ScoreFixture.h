@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "rules/basGameState.h"
+#include "tests/platform/ScratchFolder.h"
 
 namespace glimmerfall {
 
@@ -36,16 +37,16 @@ class ScoreTest : public testing::Test {
  protected:
   /// A fresh game in an empty folder.
   ScoreTest();
-  ~ScoreTest() override;
 
-  std::string Path(const std::string& file) const { return folder_ + '/' + file; }
+  std::string Path(const std::string& file) const { return scratch_.Path(file); }
   std::string Bytes(const std::string& file) const { return Files()[file]; }
   Snapshot Files() const;
   /// Replaces the file by exactly these bytes.
   void Store(const std::string& file, const std::string& bytes) const;
   void Store(const Snapshot& files) const;
 
-  std::string folder_;
+  const ScratchFolder scratch_;
+  const std::string& folder_ = scratch_.Path();
 };
 
 }  // namespace glimmerfall

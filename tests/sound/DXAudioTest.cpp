@@ -7,6 +7,7 @@
 #include <fstream>
 #include <map>
 
+#include "tests/platform/ScratchFolder.h"
 #include "tests/platform/Twin.h"
 
 namespace glimmerfall {
@@ -19,7 +20,6 @@ using Calls = std::vector<std::string>;
 class DXAudioTest : public testing::Test {
  protected:
   DXAudioTest() {
-    fs::remove_all(folder_);
     for (const char* name : {"sounds", "sound", "music"})
       fs::create_directories(folder_ / name);
     twin::Reset();
@@ -29,12 +29,12 @@ class DXAudioTest : public testing::Test {
     MakeFile("sounds/b.wav");
     audio_.InitDXAudio();
   }
-  ~DXAudioTest() override { fs::remove_all(folder_); }
 
   void MakeFile(const std::string& name) { std::ofstream(folder_ / name) << "x"; }
   static twin::GraphRecord& GraphAt(std::size_t index) { return *twin::Graphs().at(index); }
 
-  fs::path folder_ = fs::path(testing::TempDir()) / "glimmerfall_dxaudio";
+  const ScratchFolder scratch_;
+  const fs::path folder_ = scratch_.Path();
   DXAudio audio_;
 };
 

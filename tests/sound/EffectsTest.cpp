@@ -7,6 +7,7 @@
 #include "rules/basGameState.h"
 #include "sound/DXAudio.h"
 #include "sound/basDirectSoundStuff.h"
+#include "tests/platform/ScratchFolder.h"
 #include "tests/platform/Twin.h"
 
 namespace glimmerfall {
@@ -30,12 +31,10 @@ class EffectsTest : public testing::Test {
     std::ofstream(folder_ / "music/track.mp3") << "x";
     twin::SetProgramFolder(folder_.string());
   }
-  ~EffectsTest() override {
-    ReleaseSounds();
-    fs::remove_all(folder_);
-  }
+  ~EffectsTest() override { ReleaseSounds(); }
 
-  fs::path folder_ = fs::path(testing::TempDir()) / "glimmerfall_effects";
+  const ScratchFolder scratch_;
+  const fs::path folder_ = scratch_.Path();
 };
 
 TEST_F(EffectsTest, LoadsSixteenFilesInOrderBehindTheMusicAndPlaysThemAtTheOneLevel) {
