@@ -98,7 +98,7 @@ void DrawEndMessage() {
 void LoseEarlyClicks() {
   const float32 start = platform::Timer();
   while (!newBoardWanted && platform::SecondsSince(start, platform::Timer()) < kDeafSeconds) {
-    platform::LetEventsRunUntil(platform::TickAfter(platform::TickCount(), kDeafNapTicks));
+    platform::LetEventsRunFor(kDeafNapTicks);
     boardClicked = kFalse;
   }
 }
@@ -111,7 +111,7 @@ void CheckHighScoreOnce() {
 
 void WaitForClick() {
   while (!newBoardWanted && boardClicked == kFalse)
-    platform::LetEventsRunUntil(platform::TickAfter(platform::TickCount(), kWaitNapTicks));
+    platform::LetEventsRunFor(kWaitNapTicks);
 }
 
 }  // namespace

@@ -25,7 +25,7 @@ void StepClock() {
 void HoldWhilePaused() {
   while (paused != kFalse && !newBoardWanted) {
     timeLeft = pausedTimeLeft;
-    platform::LetEventsRunUntil(platform::TickAfter(platform::TickCount(), kPauseNapTicks));
+    platform::LetEventsRunFor(kPauseNapTicks);
   }
 }
 

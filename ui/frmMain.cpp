@@ -12,7 +12,6 @@
 #include "platform/Events.h"
 #include "platform/Messages.h"
 #include "platform/Program.h"
-#include "platform/Time.h"
 #include "platform/desktop/BoardView.h"
 #include "rules/basGameClock.h"
 #include "rules/basGameState.h"
@@ -74,7 +73,7 @@ void SetPaths() {
 [[noreturn]] void ServeMenusForever() {
   for (;;) {
     while (!newBoardWanted)
-      platform::LetEventsRunUntil(platform::TickAfter(platform::TickCount(), kIdleNapTicks));
+      platform::LetEventsRunFor(kIdleNapTicks);
     RunGameLoop();
   }
 }

@@ -146,7 +146,7 @@ TEST(Events, TheTimerIsNotNestedAndLeavesAWholeStepBetween) {
   lastEnd = Timer();
   StartTimer(TimerEvent);
   while (timerEvents < 4)
-    LetEventsRunUntil(TickAfter(TickCount(), 1000));
+    LetEventsRunFor(1000);
   StartTimer(nullptr);
   EXPECT_EQ(deepest, 1);
   EXPECT_GE(leastGap, 0.1F);
