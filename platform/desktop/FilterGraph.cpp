@@ -20,6 +20,7 @@ namespace platform {
 namespace {
 
 constexpr const char* kDefaultSink = "autoaudiosink";
+constexpr const char* kMp3Decoder = "mpg123audiodec";
 
 // Each stream brings threads of its own, and the instruments of a MIDI file take megabytes. With an
 // arena for each thread the C library would keep a set of them in each.
@@ -30,8 +31,23 @@ void KeepHeapSmall() {
   mallopt(M_MMAP_THRESHOLD, kOwnMappingBytes);
 }
 
+// The C library would keep what a stream held for the next one, which seldom fits into it.
+void TakeDown(MediaStream& stream) {
+  stream.Close();
+  malloc_trim(0);
+}
+
+// Of the decoders of MP3 the library would take one that brings a hundred libraries of video along.
+void PreferSmallDecoder() {
+  GstPluginFeature* decoder =
+      gst_registry_find_feature(gst_registry_get(), kMp3Decoder, GST_TYPE_ELEMENT_FACTORY);
+  if (decoder == nullptr) return;
+  gst_plugin_feature_set_rank(decoder, GST_RANK_PRIMARY);
+  gst_object_unref(decoder);
+}
+
 void InitLibrary() {
-  gst_init_check(nullptr, nullptr, nullptr);
+  if (gst_init_check(nullptr, nullptr, nullptr) == TRUE) PreferSmallDecoder();
 }
 
 // Its first work brings the library up; streams that were asked for before that wait their turn.
@@ -62,7 +78,7 @@ class DesktopGraph : public FilterGraph {
   // What was asked of the stream before comes first, and only then is it taken down.
   ~DesktopGraph() override {
     OpeningQueue().Post([stream = std::move(stream_)]() mutable {
-      ClosingQueue().Post([closing = std::move(stream)] { closing->Close(); });
+      ClosingQueue().Post([closing = std::move(stream)] { TakeDown(*closing); });
     });
   }
 

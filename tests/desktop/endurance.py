@@ -9,6 +9,7 @@ Usage: endurance.py FOLDER FRAME_LOG MINUTES [--kill-sound]"""
 
 import argparse
 import collections
+import contextlib
 import itertools
 import os
 import random
@@ -27,10 +28,13 @@ OPTIONS_MENU = (85, -9)  # from the board's corner
 VOLUME_STEPS = ("Up", "Down", "Page_Up", "Page_Down")
 WINDOW_KEYS = (("ctrl+s", "High Scores..."), ("F1", "Learn to Play..."), ("ctrl+a", "About Glimmerfall"))
 
+Held = collections.namedtuple("Held", "minute memory files threads music")
+
 
 class Holdings:
     """What a process holds over time: resident memory in kB, open files and threads. What plays just
-    now needs more or less of them, so stretches of some minutes are compared."""
+    now needs more or less of them, so stretches of some minutes are compared, and in the end those
+    in which the same type of music played."""
 
     def __init__(self, process):
         self.folder = Path(f"/proc/{process.pid}")
@@ -38,15 +42,36 @@ class Holdings:
 
     def look(self, minute):
         status = dict(line.split(":", 1) for line in (self.folder / "status").read_text().splitlines())
-        files = len(list((self.folder / "fd").iterdir()))
-        self.seen.append((minute, int(status["VmRSS"].split()[0]), files, int(status["Threads"])))
+        files = self.open_files()
+        music = {Path(file).suffix for file in files if "/music/" in file}
+        self.seen.append(Held(minute, int(status["VmRSS"].split()[0]), len(files), int(status["Threads"]),
+                              music.pop() if len(music) == 1 else None))
+
+    def open_files(self):
+        """The paths, as far as they are still open when they are looked at."""
+        files = []
+        for link in (self.folder / "fd").iterdir():
+            with contextlib.suppress(FileNotFoundError):
+                files.append(os.readlink(link))
+        return files
 
     def tell(self, first, last):
         names = ("kB of memory", "files", "threads")
-        columns = list(zip(*[held for minute, *held in self.seen if first <= minute <= last]))
+        columns = list(zip(*[held[1:4] for held in self.seen if first <= held.minute <= last]))
         print(f"minutes {first:.0f} to {last:.0f}: " + ", ".join(
             f"{median(values):.0f} {name} ({min(values)} to {max(values)})" for name, values in zip(names, columns)),
             flush=True)
+
+    def compare(self):
+        """The memory when a type of music was first heard after the first minutes, and when last."""
+        settled = [held for held in self.seen if held.minute >= TOLD_EVERY_MINUTES and held.music]
+        for music in sorted({held.music for held in settled}):
+            heard = [held for held in settled if held.music == music]
+            first = [held for held in heard if held.minute <= heard[0].minute + TOLD_EVERY_MINUTES]
+            last = [held for held in heard if held.minute >= heard[-1].minute - TOLD_EVERY_MINUTES]
+            early, late = median(held.memory for held in first), median(held.memory for held in last)
+            print(f"while {music} plays: {early:.0f} kB in minutes {first[0].minute:.0f} to {first[-1].minute:.0f}, "
+                  f"{late:.0f} kB in minutes {last[0].minute:.0f} to {last[-1].minute:.0f}, {late / early - 1:+.1%}")
 
 
 class Stalls:
@@ -216,6 +241,7 @@ def watch(player, process, minutes, kill_sound):
             kill_sound = False
             restart_sound(player.desktop)
     held.tell(told, minutes)
+    held.compare()
     print(f"{dict(player.games)} games, {player.swaps} swaps, {dict(player.windows)} windows")
 
 

@@ -10,6 +10,7 @@ import sys
 import time
 import unittest
 import wave
+from pathlib import Path
 
 import numpy as np
 
@@ -119,6 +120,7 @@ class Music(RealProgram):
     def setUp(self):
         super().setUp()
         self.music = self.game.folder / "music"
+        self.shipped = next(self.music.glob("*.mp3")).read_bytes()
         for file in self.music.iterdir():
             file.unlink()
 
@@ -137,6 +139,13 @@ class Music(RealProgram):
                    range(0, len(samples) - SAMPLE_RATE // 2, SAMPLE_RATE // 2)]
         self.assertGreater(min(seconds), SILENCE, f"a track was not followed by the next: {seconds}")
         self.assertLess(loudest(samples[:, :1] - samples[:, 1:]), SILENCE, "left and right differ")
+
+    def test_mp3_is_heard_without_the_libraries_of_video(self):
+        (self.music / "shipped.mp3").write_bytes(self.shipped)
+        self.game.play("Relaxed")
+        self.assertGreater(loudest(self.heard(4)), SILENCE)
+        self.assertNotIn("libavcodec", Path(f"/proc/{self.game.process.pid}/maps").read_text())
+        self.quit()
 
     def test_damaged_track_ends_the_music_and_nothing_else(self):
         (self.music / "broken.mp3").write_bytes(b"not music at all" * 100)
