@@ -265,6 +265,20 @@ struct File {
     if (compression != 0) put(34, static_cast<quint32>(pixels.size()));
     return bytes + pixels;
   }
+
+  // The same with the older of the two headers.
+  QByteArray OldBytes() const {
+    QByteArray bytes = Bytes();
+    bytes.remove(26, 28);
+    const auto put = [&](int place, auto value) { qToLittleEndian(value, bytes.data() + place); };
+    put(10, quint32{26});
+    put(14, quint32{12});
+    put(18, static_cast<quint16>(width));
+    put(20, static_cast<quint16>(height));
+    put(22, quint16{1});
+    put(24, depth);
+    return bytes;
+  }
 };
 
 TEST_F(Bitmaps, WithAbsurdHeadersAreRefused) {
@@ -296,8 +310,9 @@ TEST_F(Bitmaps, CutShortAnywhereAreRefused) {
   for (int row = 0; row < 7; ++row)
     packed += QByteArray("\x09\x11\0\0", 4);  // nine pixels of colour 1, end of the row
   packed += QByteArray("\0\x01", 2);
+  const File plain = {9, 7, 24, QByteArray(196, '\x7F')};
   for (const QByteArray& whole :
-       {File{9, 7, 24, QByteArray(196, '\x7F')}.Bytes(), File{9, 7, 4, packed, 2}.Bytes()}) {
+       {plain.Bytes(), plain.OldBytes(), File{9, 7, 4, packed, 2}.Bytes()}) {
     EXPECT_EQ(Load(whole), "9x7");
     for (qsizetype length = 0; length < whole.size(); ++length)
       ASSERT_EQ(Load(whole.left(length)), "refused") << length << " of " << whole.size();
