@@ -7,12 +7,12 @@
 #include <cstring>
 #include <vector>
 
+#include "bench/CpuTime.h"
 #include "display/basBoardText.h"
 #include "display/basDirectDrawStuff.h"
 #include "display/basDisplayingGemsAndTarget.h"
 #include "platform/desktop/FrameSurface.h"
 #include "rules/basGameState.h"
-#include "tests/benchmarks/CpuTime.h"
 
 namespace glimmerfall {
 namespace {

@@ -4,13 +4,13 @@
 
 #include <algorithm>
 
+#include "bench/CpuTime.h"
 #include "display/basDirectDrawStuff.h"
 #include "rules/basHint.h"
 #include "rules/basInitializingGameBoard.h"
 #include "rules/basMainGameLoop.h"
 #include "rules/basManipulatingGems.h"
 #include "rules/basMatchingGems.h"
-#include "tests/benchmarks/CpuTime.h"
 #include "tests/platform/Twin.h"
 
 namespace glimmerfall {

@@ -18,6 +18,7 @@ import time
 from pathlib import Path
 from statistics import median
 
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
 from desktop import CHOOSER, MAIN, MODES, Desktop, Game, swaps
 from measure import FrameTimes, with_frame_log
 

@@ -15,6 +15,7 @@ from pathlib import Path
 
 import numpy as np
 
+sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
 from desktop import CHOOSER, MAIN, Desktop, Game, wait_for
 from test_rounds import write_tone
 
