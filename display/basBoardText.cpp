@@ -13,17 +13,36 @@ platform::Font mainWindowFont;
 
 namespace {
 
+constexpr platform::Colour kShadowColour = platform::RGB(200, 0, 0);
+constexpr platform::Colour kTextColour = platform::RGB(0, 240, 0);
+constexpr int32 kShadowOffset = 2;  // down, and in the message to the right as well
+
 // The status text, in pixels.
 constexpr int32 kScoreShift = 50;  // right of the middle
 constexpr int32 kLevelLeft = 1;
 constexpr int32 kBottomGap = 5;
-constexpr int32 kShadowDrop = 2;  // the shadow lies under the text and not beside it
+
+// The end message: offsets in pixels from the place of the centred score.
+constexpr int32 kLevelRise = 50;
+constexpr int32 kClickDrop = 100;
+constexpr int32 kClickLeft = 25;
 
 constexpr platform::Rect kBar = {20, 521, 492, 531};  // the clock bar, outline included
 
-void DrawShadowedText(int32 x, int32 y, const std::string& text) {
-  DrawBoardText(x, y + kShadowDrop, text, kShadowColour);
+enum class Shadow { Below, BelowRight };
+
+void DrawShadowedText(int32 x, int32 y, const std::string& text, Shadow shadow) {
+  const int32 right = shadow == Shadow::BelowRight ? kShadowOffset : 0;
+  DrawBoardText(x + right, y + kShadowOffset, text, kShadowColour);
   DrawBoardText(x, y, text, kTextColour);
+}
+
+std::string ScoreText() {
+  return "Score: " + WholeNumber(score);
+}
+
+std::string LevelText(int shownLevel) {
+  return "Level: " + std::to_string(shownLevel);
 }
 
 // May lie beyond the frame: Relaxing keeps whatever time a longer game has left.
@@ -43,12 +62,12 @@ void DrawBoardText(int32 x, int32 y, const std::string& text, platform::Colour c
 }
 
 void DrawStatus() {
-  const std::string scoreText = "Score: " + WholeNumber(score);
+  const std::string scoreText = ScoreText();
   const platform::Size size = platform::MeasureText(mainWindowFont, scoreText);
   const int32 x = (kSurfaceWidth - size.width) / 2 + kScoreShift;
   const int32 y = kSurfaceHeight - size.height - kBottomGap;
-  DrawShadowedText(x, y, scoreText);
-  DrawShadowedText(kLevelLeft, y, "Level: " + std::to_string(level));
+  DrawShadowedText(x, y, scoreText, Shadow::Below);
+  DrawShadowedText(kLevelLeft, y, LevelText(level), Shadow::Below);
   DrawClockBar();
 }
 
@@ -60,6 +79,18 @@ void DrawClockBar() {
   backBuffer->DrawLine(kBar.left, kBar.bottom, kBar.right, kBar.bottom);
   backBuffer->DrawLine(kBar.right, kBar.top, kBar.right, kBar.bottom);
   backBuffer->DrawLine(kBar.left, kBar.top, kBar.left, kBar.bottom);
+}
+
+// All lines are placed from the size of the first one: only that one is centred.
+void DrawEndMessage() {
+  const std::string scoreText = ScoreText();
+  const platform::Size size = platform::MeasureText(mainWindowFont, scoreText);
+  const int32 x = (kSurfaceWidth - size.width) / 2;
+  const int32 y = (kSurfaceHeight - size.height) / 2;
+  DrawShadowedText(x, y, scoreText, Shadow::BelowRight);
+  DrawShadowedText(x, y - kLevelRise, LevelText(level - 1), Shadow::BelowRight);
+  if (levelWon != kFalse)
+    DrawShadowedText(x - kClickLeft, y + kClickDrop, "Click to Continue", Shadow::BelowRight);
 }
 
 }  // namespace glimmerfall

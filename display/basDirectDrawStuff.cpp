@@ -47,7 +47,7 @@ void CreateSurfaces() {
     sheet->SetColorKey(kTransparent, kTransparent);
 }
 
-// The surfaces before their maker.
+// Surfaces are released before the device that made them.
 void ReleaseDisplay() {
   primarySurface.reset();
   backBuffer.reset();

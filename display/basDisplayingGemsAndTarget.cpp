@@ -60,7 +60,8 @@ void StepTarget() {
 
 }  // namespace
 
-// The cells decide the order in which gems cover each other, the gems where they are.
+// Painter's algorithm: the gem of a later cell covers that of an earlier one. Each gem is drawn at
+// its own position, which while it moves is not that of its cell.
 void DrawGems() {
   for (const BoardCell& cell : boardCells)
     if (cell.gem != nullptr) DrawGem(*cell.gem);

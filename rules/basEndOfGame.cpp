@@ -2,7 +2,6 @@
 #include "rules/basEndOfGame.h"
 
 #include <cmath>
-#include <string>
 
 #include "display/basBoardText.h"
 #include "display/basDirectDrawStuff.h"
@@ -11,7 +10,6 @@
 #include "platform/Time.h"
 #include "rules/basDraws.h"
 #include "rules/basGameState.h"
-#include "rules/basWholeNumber.h"
 #include "scores/basMiscelFunctions.h"
 #include "sound/basDirectSoundStuff.h"
 
@@ -37,11 +35,7 @@ constexpr float64 kThrowSpeedSpread = 20;
 constexpr float32 kGravity = 1.5F;
 constexpr float64 kPi = 3.14159265358979;
 
-// The message: offsets in pixels from the place of the centred score.
-constexpr int32 kShadowOffset = 2;
-constexpr int32 kLevelRise = 50;
-constexpr int32 kClickDrop = 100;
-constexpr int32 kClickLeft = 25;
+// The message.
 constexpr float32 kDeafSeconds = 0.5F;  // clicks in the first half second are lost
 constexpr int32 kDeafNapTicks = 10;
 constexpr int32 kWaitNapTicks = 1000;
@@ -76,23 +70,6 @@ void FlyGem(CGem& gem, float32 t) {
   const auto angle = static_cast<float32>(gem.flyAngle * kPi / 180);
   gem.pixX = RoundToEven(gem.flyX + FlyX(t, angle, gem.flySpeed));
   gem.pixY = RoundToEven(kSurfaceHeight - FlyY(t, angle, gem.flySpeed) - gem.flyY);
-}
-
-void DrawShadowed(int32 x, int32 y, const std::string& text) {
-  DrawBoardText(x + kShadowOffset, y + kShadowOffset, text, kShadowColour);
-  DrawBoardText(x, y, text, kTextColour);
-}
-
-// All lines are placed from the size of the first one: only that one is centred. The level shown
-// is the last one finished.
-void DrawEndMessage() {
-  const std::string scoreText = "Score: " + WholeNumber(score);
-  const platform::Size size = platform::MeasureText(mainWindowFont, scoreText);
-  const int32 x = (kSurfaceWidth - size.width) / 2;
-  const int32 y = (kSurfaceHeight - size.height) / 2;
-  DrawShadowed(x, y, scoreText);
-  DrawShadowed(x, y - kLevelRise, "Level: " + std::to_string(level - 1));
-  if (levelWon != kFalse) DrawShadowed(x - kClickLeft, y + kClickDrop, "Click to Continue");
 }
 
 void LoseEarlyClicks() {
