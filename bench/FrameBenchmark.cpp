@@ -12,7 +12,7 @@
 #include "display/basDirectDrawStuff.h"
 #include "display/basDisplayingGemsAndTarget.h"
 #include "platform/desktop/FrameSurface.h"
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 
 namespace glimmerfall {
 namespace {

@@ -11,6 +11,7 @@
 #include "rules/basMainGameLoop.h"
 #include "rules/basManipulatingGems.h"
 #include "rules/basMatchingGems.h"
+#include "rules/basMoveShapes.h"
 #include "tests/platform/Twin.h"
 
 namespace glimmerfall {

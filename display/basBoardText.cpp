@@ -4,8 +4,8 @@
 #include <cmath>
 
 #include "display/basDirectDrawStuff.h"
-#include "rules/basGameState.h"
-#include "rules/basWholeNumber.h"
+#include "rules/state/basGameState.h"
+#include "rules/state/basWholeNumber.h"
 
 namespace glimmerfall {
 

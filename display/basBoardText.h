@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/Surface.h"
-#include "rules/CGem.h"
+#include "rules/state/CGem.h"
 
 namespace glimmerfall {
 

@@ -3,7 +3,7 @@
 
 #include "platform/Error.h"
 #include "platform/Messages.h"
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 #include "sound/basDirectSoundStuff.h"
 
 namespace glimmerfall {
@@ -21,8 +21,6 @@ std::shared_ptr<Surface> targetSheet;
 std::shared_ptr<platform::Clipper> clipper;
 Rect backRect;
 Rect boardRect;
-platform::WindowHandle frmMainHandle = nullptr;
-platform::WindowHandle picBoardHandle = nullptr;
 
 namespace {
 
@@ -63,7 +61,6 @@ void ReleaseDisplay() {
 void ResetDisplay() {
   ReleaseDisplay();
   backRect = boardRect = {};
-  frmMainHandle = picBoardHandle = nullptr;
 }
 
 void InitDisplay() {

@@ -20,10 +20,6 @@ extern std::shared_ptr<platform::Clipper> clipper;         ///< keeps the frame 
 extern platform::Rect backRect;                            ///< all of backBuffer
 extern platform::Rect boardRect;                           ///< all of boardSurface
 
-// The main window and its picture box, set by the main window before anything is drawn.
-extern platform::WindowHandle frmMainHandle;
-extern platform::WindowHandle picBoardHandle;
-
 /// Puts the variables above back to their start values.
 void ResetDisplay();
 

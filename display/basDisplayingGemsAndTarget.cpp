@@ -2,7 +2,7 @@
 #include "display/basDisplayingGemsAndTarget.h"
 
 #include "display/basDirectDrawStuff.h"
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 
 namespace glimmerfall {
 

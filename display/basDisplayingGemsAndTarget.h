@@ -3,7 +3,7 @@
 // nothing of the game but the two counters of the target.
 #pragma once
 
-#include "rules/CGem.h"
+#include "rules/state/CGem.h"
 
 namespace glimmerfall {
 

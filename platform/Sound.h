@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/Surface.h"
+#include "platform/Window.h"
 
 namespace platform {
 

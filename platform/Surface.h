@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+#include "platform/Window.h"
+
 namespace platform {
 
 /// Pixels; right and bottom lie just outside.
@@ -44,9 +46,6 @@ struct Font {
 
 /// Width and height in pixels of `text` in `font`, each rounded to a whole number.
 Size MeasureText(const Font& font, const std::string& text);
-
-/// A window or control of the toolkit; null while it does not exist.
-using WindowHandle = void*;
 
 /// Where `window` now stands on the screen, in logical pixels. Leaves `rect` as it is when the
 /// window does not exist.

@@ -7,6 +7,7 @@
 #include "platform/Random.h"
 #include "platform/Time.h"
 #include "rules/basDraws.h"
+#include "rules/basEndOfGame.h"
 #include "rules/basGameModes.h"
 #include "rules/basMatchingGems.h"
 #include "sound/basDirectSoundStuff.h"

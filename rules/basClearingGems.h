@@ -3,7 +3,7 @@
 // chain, holes, new gems, landing rows, clock and level.
 #pragma once
 
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 
 namespace glimmerfall {
 

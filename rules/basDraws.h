@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/Random.h"
-#include "rules/CGem.h"
+#include "rules/state/CGem.h"
 
 namespace glimmerfall {
 

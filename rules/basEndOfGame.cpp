@@ -9,7 +9,8 @@
 #include "platform/Random.h"
 #include "platform/Time.h"
 #include "rules/basDraws.h"
-#include "rules/basGameState.h"
+#include "rules/basNewGame.h"
+#include "rules/state/basGameState.h"
 #include "scores/basMiscelFunctions.h"
 #include "sound/basDirectSoundStuff.h"
 
@@ -92,6 +93,11 @@ void WaitForClick() {
 }
 
 }  // namespace
+
+void EndPlay() {
+  gameState = stateShaking;
+  clockRunning = kFalse;
+}
 
 void ShakeStep() {
   platform::Randomize(platform::Timer());

@@ -4,9 +4,12 @@
 #pragma once
 
 #include "platform/Surface.h"
-#include "rules/CGem.h"
+#include "rules/state/CGem.h"
 
 namespace glimmerfall {
+
+/// Stops the clock and starts the sequence.
+void EndPlay();
 
 /// The frame of stateShaking.
 void ShakeStep();

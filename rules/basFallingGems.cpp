@@ -3,9 +3,10 @@
 
 #include <algorithm>
 
-#include "rules/basGameState.h"
-#include "rules/basInitializingGameBoard.h"
+#include "rules/basEndOfGame.h"
 #include "rules/basMatchingGems.h"
+#include "rules/basMoveShapes.h"
+#include "rules/state/basGameState.h"
 #include "sound/basDirectSoundStuff.h"
 
 namespace glimmerfall {

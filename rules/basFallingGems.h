@@ -2,7 +2,7 @@
 // The fall after a clear: motion at constant speed, landing, and the choice of what comes next.
 #pragma once
 
-#include "rules/CGem.h"
+#include "rules/state/CGem.h"
 
 namespace glimmerfall {
 

@@ -3,8 +3,9 @@
 
 #include "platform/Events.h"
 #include "platform/Time.h"
+#include "rules/basEndOfGame.h"
 #include "rules/basGameModes.h"
-#include "rules/basWholeNumber.h"
+#include "rules/state/basWholeNumber.h"
 #include "sound/DXAudio.h"
 
 namespace glimmerfall {

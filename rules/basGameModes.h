@@ -2,7 +2,7 @@
 // What makes a mode: its clock and its levels. All numbers of the four modes stand in one table.
 #pragma once
 
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 
 namespace glimmerfall {
 

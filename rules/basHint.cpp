@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "rules/basHint.h"
 
-#include "rules/basGameState.h"
 #include "rules/basMoveShapes.h"
+#include "rules/state/basGameState.h"
 #include "sound/basDirectSoundStuff.h"
 
 namespace glimmerfall {

@@ -3,7 +3,7 @@
 // find the partner. It costs nothing.
 #pragma once
 
-#include "rules/CGem.h"
+#include "rules/state/CGem.h"
 
 namespace glimmerfall {
 

@@ -18,13 +18,6 @@ namespace {
 constexpr int16 kDropCheckFrames = 33;  // the dealing looks for its end on every 33rd frame
 constexpr int16 kDeadDeals = 8;         // rounds without a move until a deal is thrown away
 
-void ResetCounters() {
-  for (int16* counter :
-       {&selectionCount, &swapFrames, &clearFrames, &fallFrames, &shakeFrames, &spiralFrames,
-        &dropFrames, &targetFrame, &chainCount, &swapPasses, &targetDelay, &highScoreChecked})
-    *counter = 0;
-}
-
 void DealKinds() {
   for (int16 id = 0; id < kGemCount; ++id) {
     BoardCell& cell = boardCells[id];
@@ -108,7 +101,7 @@ bool IsAboveItsRow(const CGem& gem) {
 }  // namespace
 
 void InitGameBoard() {
-  ResetCounters();
+  shared.board = {};
   SetModeClock();
   gemKinds = KindsOfLevel(level);
   platform::Randomize(platform::Timer());
@@ -117,10 +110,6 @@ void InitGameBoard() {
   for (int16 y = 0; y < kBoardCells; ++y)
     for (int16 x = 0; x < kBoardCells; ++x)
       PlaceGem(x, y);
-}
-
-Flag MoveExists() {
-  return FindMoveCell().found ? kTrue : kFalse;
 }
 
 void DropStep() {

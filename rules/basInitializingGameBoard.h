@@ -3,16 +3,13 @@
 // move, and the drop of the gems from above. Every new board begins here.
 #pragma once
 
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 
 namespace glimmerfall {
 
 /// Readies a new board. Does not touch score, matchCount, the lists or the picked gems, and changes
 /// level only in Marathon. Window events run once in each round of the deal.
 void InitGameBoard();
-
-/// True when one swap of two neighbouring gems would make a run of three.
-Flag MoveExists();
 
 /// The frame of stateDealing.
 void DropStep();

@@ -9,10 +9,10 @@
 #include "rules/basClearingGems.h"
 #include "rules/basEndOfGame.h"
 #include "rules/basFallingGems.h"
-#include "rules/basGameState.h"
 #include "rules/basInitializingGameBoard.h"
 #include "rules/basManipulatingGems.h"
 #include "rules/basMatchingGems.h"
+#include "rules/state/basGameState.h"
 #include "sound/DXAudio.h"
 
 namespace glimmerfall {

@@ -3,7 +3,7 @@
 // a swap. The main window hands its events in here, and so do the tests.
 #pragma once
 
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 
 namespace glimmerfall {
 

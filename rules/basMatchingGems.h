@@ -3,7 +3,7 @@
 // neighbouring cells of one kind in a row or a column.
 #pragma once
 
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 
 namespace glimmerfall {
 

@@ -3,8 +3,6 @@
 
 #include <array>
 
-#include "rules/basGameState.h"
-
 namespace glimmerfall {
 
 namespace {
@@ -93,6 +91,10 @@ MoveCell ScanLines(Direction direction) {
 MoveCell FindMoveCell() {
   const MoveCell inRow = ScanLines(Direction::Row);
   return inRow.found ? inRow : ScanLines(Direction::Column);
+}
+
+Flag MoveExists() {
+  return FindMoveCell().found ? kTrue : kFalse;
 }
 
 }  // namespace glimmerfall

@@ -3,7 +3,7 @@
 // both stand on it, so that a hint exists exactly when a move does.
 #pragma once
 
-#include "rules/CGem.h"
+#include "rules/state/basGameState.h"
 
 namespace glimmerfall {
 
@@ -18,5 +18,8 @@ struct MoveCell {
 /// left to right; then moves for a vertical run, columns from the left and anchors from the top
 /// down. Reads only the kinds of boardCells.
 MoveCell FindMoveCell();
+
+/// True when one swap of two neighbouring gems would make a run of three.
+Flag MoveExists();
 
 }  // namespace glimmerfall

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "rules/basNewGame.h"
 
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 
 namespace glimmerfall {
+
+void RequestNewBoard() {
+  newBoardWanted = true;
+  gameState = stateDealing;
+}
 
 bool NewGameAllowed() {
   return gameState == stateIdle || gameState == stateSelected || gameState == stateEndMessage;

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The New Game command: when it is allowed, and what it starts.
+// New boards: the request that every one begins with, and the New Game command.
 #pragma once
 
 namespace glimmerfall {
+
+/// Asks for a new board. The frame loop sets it up at its top; until then every wait returns at
+/// once and no state accepts input, so that nothing of the old board runs on.
+void RequestNewBoard();
 
 /// New Game is accepted while the player may move and while the end message stands; elsewhere it is
 /// ignored without a word.

@@ -14,7 +14,7 @@
 #include <string_view>
 
 #include "platform/Events.h"
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 #include "scores/CodePage.h"
 #include "scores/basScoreTables.h"
 

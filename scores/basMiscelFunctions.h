@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "rules/CGem.h"
+#include "rules/state/CGem.h"
 
 namespace glimmerfall {
 

@@ -5,7 +5,7 @@
 #include <array>
 
 #include "platform/Program.h"
-#include "rules/basWholeNumber.h"
+#include "rules/state/basWholeNumber.h"
 #include "scores/CodePage.h"
 #include "scores/basMiscelFunctions.h"
 

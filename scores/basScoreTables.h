@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 
 namespace glimmerfall {
 

@@ -16,6 +16,8 @@
 
 namespace glimmerfall {
 
+std::unique_ptr<DXAudio> music;
+
 namespace {
 
 using platform::GraphEvent;

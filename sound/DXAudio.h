@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/FilterGraph.h"
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 
 namespace glimmerfall {
 
@@ -73,5 +73,7 @@ class DXAudio {
   std::vector<std::string> playlist = {""};  ///< full paths; slot 0 stays empty
   Flag foregroundStartPending = kFalse;      ///< opened, and waits for the next Poll to run
 };
+
+extern std::unique_ptr<DXAudio> music;  ///< null before the sounds are loaded
 
 }  // namespace glimmerfall

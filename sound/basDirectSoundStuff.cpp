@@ -7,7 +7,7 @@
 #include "platform/Error.h"
 #include "platform/Messages.h"
 #include "platform/Program.h"
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 #include "sound/DXAudio.h"
 
 namespace glimmerfall {

@@ -6,7 +6,7 @@
 #include <QSlider>
 
 #include "platform/Messages.h"
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 #include "scores/basScoreTables.h"
 #include "sound/DXAudio.h"
 #include "ui/Layout.h"

@@ -8,7 +8,7 @@
 #include <QRadioButton>
 #include <array>
 
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 #include "ui/Layout.h"
 #include "ui/frmLearn.h"
 

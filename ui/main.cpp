@@ -7,7 +7,7 @@
 
 #include "platform/Program.h"
 #include "platform/desktop/Media.h"
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 #include "ui/frmMain.h"
 #include "ui/frmWelcome.h"
 

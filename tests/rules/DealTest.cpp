@@ -5,6 +5,7 @@
 #include "rules/basInitializingGameBoard.h"
 #include "rules/basMainGameLoop.h"
 #include "rules/basMatchingGems.h"
+#include "rules/basMoveShapes.h"
 #include "tests/platform/Twin.h"
 #include "tests/rules/GameFixture.h"
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 #include "tests/platform/ScratchFolder.h"
 
 namespace glimmerfall {

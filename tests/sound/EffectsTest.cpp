@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 #include "sound/DXAudio.h"
 #include "sound/basDirectSoundStuff.h"
 #include "tests/platform/ScratchFolder.h"
@@ -31,7 +31,10 @@ class EffectsTest : public testing::Test {
     std::ofstream(folder_ / "music/track.mp3") << "x";
     twin::SetProgramFolder(folder_.string());
   }
-  ~EffectsTest() override { ReleaseSounds(); }
+  ~EffectsTest() override {
+    music.reset();
+    ReleaseSounds();
+  }
 
   const ScratchFolder scratch_;
   const fs::path folder_ = scratch_.Path();

@@ -17,7 +17,7 @@
 #include <QTimer>
 #include <fstream>
 
-#include "rules/basGameState.h"
+#include "rules/state/basGameState.h"
 #include "scores/basMiscelFunctions.h"
 #include "scores/basScoreTables.h"
 #include "scores/frmHSName.h"

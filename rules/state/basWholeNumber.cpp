@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "rules/basWholeNumber.h"
+#include "rules/state/basWholeNumber.h"
 
 #include <cmath>
 #include <cstdint>
