@@ -6,12 +6,14 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include "platform/desktop/Layout.h"
 #include "scores/basMiscelFunctions.h"
 #include "scores/basScoreTables.h"
 #include "scores/frmHighScores.h"
-#include "ui/Layout.h"
 
 namespace glimmerfall {
+
+using namespace platform::desktop;
 
 namespace {
 

@@ -7,10 +7,12 @@
 #include <QPushButton>
 #include <array>
 
+#include "platform/desktop/Layout.h"
 #include "scores/basScoreTables.h"
-#include "ui/Layout.h"
 
 namespace glimmerfall {
+
+using namespace platform::desktop;
 
 namespace {
 
@@ -75,7 +77,8 @@ class frmHighScores : public SmallWindow {
     return SmallWindow::eventFilter(control, event);
   }
 
-  // What a new caption repaints is no news of the files.
+  // A new caption repaints its part of this window; that paint event comes from a refresh and must
+  // not start another one.
   void paintEvent(QPaintEvent* event) override {
     if (!ownPaint_.contains(event->rect())) AskForRefresh();
   }

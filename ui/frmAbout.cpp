@@ -4,9 +4,11 @@
 #include <QLabel>
 #include <QPushButton>
 
-#include "ui/Layout.h"
+#include "platform/desktop/Layout.h"
 
 namespace glimmerfall {
+
+using namespace platform::desktop;
 
 namespace {
 

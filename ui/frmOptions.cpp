@@ -6,12 +6,14 @@
 #include <QSlider>
 
 #include "platform/Messages.h"
+#include "platform/desktop/Layout.h"
 #include "rules/state/basGameState.h"
 #include "scores/basScoreTables.h"
 #include "sound/DXAudio.h"
-#include "ui/Layout.h"
 
 namespace glimmerfall {
+
+using namespace platform::desktop;
 
 namespace {
 

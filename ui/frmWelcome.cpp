@@ -8,11 +8,13 @@
 #include <QRadioButton>
 #include <array>
 
+#include "platform/desktop/Layout.h"
 #include "rules/state/basGameState.h"
-#include "ui/Layout.h"
 #include "ui/frmLearn.h"
 
 namespace glimmerfall {
+
+using namespace platform::desktop;
 
 namespace {
 

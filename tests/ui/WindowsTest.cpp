@@ -17,6 +17,7 @@
 #include <QTimer>
 #include <fstream>
 
+#include "platform/desktop/Layout.h"
 #include "rules/state/basGameState.h"
 #include "scores/basMiscelFunctions.h"
 #include "scores/basScoreTables.h"
@@ -24,7 +25,6 @@
 #include "scores/frmHighScores.h"
 #include "sound/DXAudio.h"
 #include "tests/platform/Twin.h"
-#include "ui/Layout.h"
 #include "ui/frmAbout.h"
 #include "ui/frmLearn.h"
 #include "ui/frmOptions.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ui/Layout.h"
+#include "platform/desktop/Layout.h"
 
 #include <QApplication>
 #include <QFont>
@@ -13,7 +13,7 @@
 
 #include "platform/Program.h"
 
-namespace glimmerfall {
+namespace platform::desktop {
 
 namespace {
 
@@ -134,12 +134,13 @@ void FitFont(QLabel& label, const TextLook& look, int leastPixels) {
 }
 
 QIcon LoadPicture(std::initializer_list<const char*> files) {
-  const QString folder = QString::fromStdString(platform::ProgramFolder()) + "/images/";
+  const QString folder = QString::fromStdString(ProgramFolder()) + "/images/";
   QIcon picture;
   for (const char* const file : files) {
     if (!picture.isNull() && qApp->devicePixelRatio() <= 1) break;
     QPixmap pixmap(folder + file);
-    // An icon would show a picture that is marked as made for 2 dots a pixel at that scale alone.
+    // QIcon serves a pixmap with a device pixel ratio of 2, which the name "@2x" gives it, to
+    // screens of that ratio alone. With 1 it chooses by the size in dots, at every ratio.
     pixmap.setDevicePixelRatio(1);
     if (!pixmap.isNull()) picture.addPixmap(pixmap);
   }
@@ -176,4 +177,4 @@ void Present(QWidget& window, QWidget* parent) {
   window.activateWindow();
 }
 
-}  // namespace glimmerfall
+}  // namespace platform::desktop

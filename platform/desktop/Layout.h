@@ -13,7 +13,7 @@
 class QLabel;
 class QPushButton;
 
-namespace glimmerfall {
+namespace platform::desktop {
 
 struct Place {
   int left;
@@ -112,4 +112,4 @@ Window& TheWindow() {
   return *window;
 }
 
-}  // namespace glimmerfall
+}  // namespace platform::desktop
