@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/Error.h"
 #include "platform/Time.h"
 #include "platform/desktop/Clock.h"
 
@@ -24,21 +23,29 @@ constexpr std::int64_t kMillisPerSecond = 1000;
 constexpr long kNanosPerMilli = 1'000'000;
 
 // Wakes the event queue at a tick. The toolkit's own timers count whole milliseconds from the
-// moment they are set, which would make every frame up to one millisecond late.
+// moment they are set, which makes every frame up to one millisecond late; one of them stands in
+// where the system gives no timer, as when the program has run out of file descriptors.
 class Alarm : public QObject {
  public:
   explicit Alarm(QObject* parent)
-      : QObject(parent),
-        fd_(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)),
-        notifier_(fd_, QSocketNotifier::Read) {
-    if (fd_ < 0) throw Error("The timer of the frames cannot be had.");
-    connect(&notifier_, &QSocketNotifier::activated, this, [this] { Acknowledge(); });
+      : QObject(parent), fd_(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
+    standIn_.setSingleShot(true);
+    standIn_.setTimerType(Qt::PreciseTimer);
+    if (fd_ < 0) return;
+    auto* const notifier = new QSocketNotifier(fd_, QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this] { Acknowledge(); });
   }
   Alarm(const Alarm&) = delete;
   Alarm& operator=(const Alarm&) = delete;
-  ~Alarm() override { close(fd_); }
+  ~Alarm() override {
+    if (fd_ >= 0) close(fd_);
+  }
 
   void SetTo(std::int32_t tick) {
+    if (fd_ < 0) {
+      standIn_.start(std::max(0, TicksSince(TickCount(), tick)));
+      return;
+    }
     const std::int64_t now = desktop::MonotonicMillis();
     const std::int64_t at = now + TicksSince(static_cast<std::int32_t>(now), tick);
     itimerspec when{};
@@ -54,7 +61,7 @@ class Alarm : public QObject {
   }
 
   int fd_;
-  QSocketNotifier notifier_;
+  QTimer standIn_;
 };
 
 Alarm& TheAlarm() {
