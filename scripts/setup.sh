@@ -23,7 +23,7 @@ build_packages=(
   qt6-base-dev libgl-dev libopenal-dev libsndfile1-dev libgstreamer1.0-dev
 )
 test_packages=(
-  libgtest-dev libbenchmark-dev xvfb openbox xdotool x11-utils pulseaudio pulseaudio-utils
+  libgtest-dev libbenchmark-dev xvfb openbox xdotool wmctrl x11-utils pulseaudio pulseaudio-utils
   python3 python3-numpy python3-pil python3-scipy
   appstream desktop-file-utils libglib2.0-bin util-linux
   povray csound lame python3-mido fluidsynth ffmpeg fonts-urw-base35

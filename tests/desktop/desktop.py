@@ -150,6 +150,10 @@ class Desktop:
     def key(self, *keys):
         self.run("xdotool", "key", *keys)
 
+    def close(self, title):
+        """Uses the close box of a window; a hot key of the window manager can get lost."""
+        self.run("wmctrl", "-i", "-c", hex(self.window(title)))
+
     def type(self, text):
         self.run("xdotool", "type", "--delay", "5", text)
 

@@ -12,7 +12,7 @@ import wave
 
 import numpy as np
 
-from desktop import Desktop, Game, illegal_swap, legal_swap, loudest, runs, swaps, wait_for
+from desktop import MAIN, Desktop, Game, illegal_swap, legal_swap, loudest, runs, swaps, wait_for
 
 installed = None
 SILENCE = -70.0  # dB
@@ -139,7 +139,7 @@ class Ending(RealProgram):
         return time.monotonic() - start
 
     def test_close_box(self):
-        self.check_end(lambda: self.desktop.key("alt+F4"))
+        self.check_end(lambda: self.desktop.close(MAIN))
 
     def test_quit_by_menu_in_the_midst_of_a_swap(self):
         self.game.swap(*legal_swap(self.game.at_rest()))

@@ -15,7 +15,7 @@ from pathlib import Path
 import numpy as np
 
 import test_game
-from desktop import SAMPLE_RATE, legal_swap, loudest, wait_for
+from desktop import CHOOSER, SAMPLE_RATE, legal_swap, loudest, wait_for
 from test_game import EFFECT_LEVEL, SILENCE, RealProgram, file_level
 
 MUSIC_LEVEL = -9.0  # dB below the file
@@ -204,9 +204,7 @@ class ClosedChooser(RealProgram):
 
     def test_program_ends(self):
         self.game.start()
-        self.desktop.window("Norvane Games Presents...")
-        time.sleep(0.5)
-        self.desktop.key("alt+F4")
+        self.desktop.close(CHOOSER)
         self.assertEqual(self.game.ended(), 0)
 
 
