@@ -75,6 +75,17 @@ TEST_F(Pick, GesturesLeadToTheirStates) {
   }
 }
 
+// It is gem 12 that makes the run, and is cleared with it.
+TEST_F(Pick, DraggedGemKeepsItsSpinThroughItsClear) {
+  SetBoard(QuietBoard({{1, {12, 18, 19}}}));
+  Perform("down12 frames3 move20 up");
+  EXPECT_EQ(RunFramesUntil({stateFalling}), 32);
+  EXPECT_EQ(Gem(12).row, 2);
+  EXPECT_LT(Gem(12).pixY, 0);
+  RunFramesUntil({stateIdle, stateShaking});
+  EXPECT_EQ(Gem(12).spinFrame, 3);
+}
+
 TEST_F(Pick, PressOffTheCellsOnlyHoldsTheButton) {
   Perform("pick9");
   MouseDown(100, 540);
