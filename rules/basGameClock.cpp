@@ -24,7 +24,7 @@ void StepClock() {
 }
 
 void HoldWhilePaused() {
-  while (paused != kFalse && !newBoardWanted) {
+  while (PauseHolds()) {
     timeLeft = pausedTimeLeft;
     platform::LetEventsRunFor(kPauseNapTicks);
   }
@@ -36,7 +36,8 @@ void PlayFile(const char* file) {
 
 void BeepWhenLow() {
   const ModeClock& clock = ClockOfMode(gameMode);
-  if (timeLeft > clock.beepBelow) return;
+  // The mode may have been chosen for the next game while the clock of this one still runs.
+  if (clock.runs == kFalse || timeLeft > clock.beepBelow) return;
   const float32 now = platform::Timer();
   if (platform::SecondsSince(lastBeepTick, now) < clock.beepSpacing) return;
   lastBeepTick = now;
@@ -64,9 +65,16 @@ void UpdateClock() {
   if (timeLeft <= 0) EndPlay();
 }
 
+bool PauseHolds() {
+  return paused != kFalse && clockRunning != kFalse && !newBoardWanted;
+}
+
 void TogglePause() {
   pausedTimeLeft = timeLeft;
   paused = Complement(paused);
+}
+
+void PlayPauseSound() {
   PlayFile("gemdrop.wav");
 }
 

@@ -22,7 +22,12 @@ StatusCaptions CurrentCaptions();
 /// run, which holds the frame beneath it.
 void UpdateClock();
 
-/// The Pause command, in any state. The caller sets the menu's check mark to `paused`.
+/// Whether the next UpdateClock would wait for the end of a pause.
+bool PauseHolds();
+
+/// The Pause command, in any state. The caller sets the menu's check mark to `paused` and then plays
+/// the sound, which lets events run.
 void TogglePause();
+void PlayPauseSound();
 
 }  // namespace glimmerfall

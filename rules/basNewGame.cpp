@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "rules/basNewGame.h"
 
+#include "rules/basGameModes.h"
 #include "rules/state/basGameState.h"
 
 namespace glimmerfall {
@@ -20,6 +21,8 @@ void StartNewGame() {
   level = 1;
   levelWon = levelWonSound = kFalse;
   paused = kFalse;
+  // A pause that comes before the board is set up has to find the time of the new game.
+  SetModeClock();
   RequestNewBoard();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/frmMain.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QLayout>
 #include <QMenuBar>
@@ -113,6 +114,9 @@ void frmMain::Load() {
 }
 
 void frmMain::Timer1_Timer() {
+  // A modal window holds the game by itself. A wait on top of it would not let the command go on
+  // that opened it; the pause takes hold when the window is gone.
+  if (PauseHolds() && QApplication::activeModalWidget() != nullptr) return;
   const StatusCaptions captions = CurrentCaptions();
   mnuScore->setText(QString::fromStdString(captions.mnuScore));
   mnuCount->setText(QString::fromStdString(captions.mnuCount));
@@ -202,6 +206,7 @@ void frmMain::mnuPlaySound_Click() {
 void frmMain::mnuPause_Click() {
   TogglePause();
   mnuPause->setChecked(paused != kFalse);
+  PlayPauseSound();
 }
 
 void frmMain::mnuHint_Click() {

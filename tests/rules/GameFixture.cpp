@@ -106,7 +106,7 @@ void PerformWord(const std::string& verb, int number) {
   if (verb == "pick") return PressAndRelease(number);
   if (verb == "click") return Click();
   if (verb == "hint") return TakeHint();
-  if (verb == "pause") return TogglePause();
+  if (verb == "pause") return TogglePause(), PlayPauseSound();
   if (verb == "new") return NewGameAllowed() ? StartNewGame() : void();
   ASSERT_EQ(verb, "frames");
   for (int i = 0; i < number; ++i)

@@ -85,7 +85,7 @@ TEST_F(Pause, EndsWithANewGame) {
   EXPECT_EQ(platform::TickCount(), 1000);
   EXPECT_EQ(paused, kFalse);
   EXPECT_TRUE(newBoardWanted);
-  EXPECT_EQ(timeLeft, 30);
+  EXPECT_EQ(timeLeft, 50) << "the new game's, without a step";
 }
 
 // A pause without a clock holds nothing, until a clock runs.
