@@ -6,7 +6,9 @@
 
 namespace platform {
 
-/// The folder that holds the executable, without a separator at its end.
+/// The folder that holds the executable, without a separator at its end. Started through a symbolic
+/// link that has the pictures beside it, that is the folder of the link: so players share a program
+/// and keep their own scores.
 std::string ProgramFolder();
 
 /// Ends the program at once. Nothing beneath the caller runs again.

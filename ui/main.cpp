@@ -39,7 +39,7 @@ int main(int argc, char** argv) {
   QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
   QApplication application(argc, argv);
   QApplication::setApplicationName("Glimmerfall");
-  QApplication::setDesktopFileName("glimmerfall");
+  QApplication::setDesktopFileName("org.glimmerfall.Glimmerfall");
   QApplication::setWindowIcon(ProgramIcon());
 
   glimmerfall::ResetGameState();
