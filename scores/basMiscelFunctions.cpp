@@ -14,15 +14,18 @@
 #include <string_view>
 
 #include "platform/Events.h"
-#include "rules/state/basGameState.h"
+#include "rules/state/basWholeNumber.h"
 #include "scores/CodePage.h"
 #include "scores/basScoreTables.h"
 
 namespace glimmerfall {
 
-void (*showNameWindow)() = nullptr;
-
 namespace {
+
+constexpr char kDefaultName[] = "Norvane Games";
+constexpr float64 kDefaultScore = 100;
+
+constexpr char kSeparator[] = " -- ";
 
 constexpr char kLineEnd[] = "\r\n";
 constexpr char kTemporaryExtension[] = ".tmp";
@@ -119,6 +122,40 @@ std::optional<ScoreBytes> ReadScoreBytes(const std::string& path, int flags) {
   return got == static_cast<ssize_t>(bytes.size()) ? bytes : ScoreBytes{};
 }
 
+// The names of a table by place; element 0 holds nothing.
+using NameList = std::array<std::string, kPlaces + 1>;
+
+template <typename List>
+auto& At(List& list, int place) {
+  return list[static_cast<std::size_t>(place)];
+}
+
+NameList ReadNames(GameMode mode) {
+  NameList names;
+  for (int place = 1; place <= kPlaces; ++place)
+    At(names, place) = ReadLastLine(NameFile(mode, place));
+  return names;
+}
+
+void WriteScores(GameMode mode, const ScoreTable& scores) {
+  for (int place = 1; place <= kPlaces; ++place)
+    WriteScore(ScoreFile(mode, place), At(scores, place));
+}
+
+ScoreTable WithScoreAt(ScoreTable scores, int rank, float64 value) {
+  std::copy_backward(&At(scores, rank), &At(scores, kPlaces), scores.end());
+  At(scores, rank) = value;
+  return scores;
+}
+
+// A line end that was pasted into a name would hide what stands before it.
+std::string StoredName(const std::string& typed) {
+  std::string name = FirstCharacters(typed, kNameCharacters);
+  for (const char lineEnd : {'\r', '\n'})
+    std::replace(name.begin(), name.end(), lineEnd, ' ');
+  return name;
+}
+
 }  // namespace
 
 void WriteTextFile(const std::string& text, const std::string& path) {
@@ -152,13 +189,50 @@ void WriteScore(const std::string& path, float64 value) {
   [[maybe_unused]] const ssize_t written = pwrite(file.Descriptor(), bytes.data(), bytes.size(), 0);
 }
 
+const ScoreTable& ReadScores(GameMode mode) {
+  ScoreTable& scores = WorkingCopy(mode);
+  for (int place = 1; place <= kPlaces; ++place)
+    At(scores, place) = ReadScore(ScoreFile(mode, place));
+  return scores;
+}
+
+std::string TableLine(GameMode mode, int place) {
+  const std::string number = std::to_string(place);
+  const std::string name = ReadLastLine(NameFile(mode, place));
+  return (place < 10 ? " " : "") + number + kSeparator + name + kSeparator +
+         WholeNumber(At(WorkingCopy(mode), place));
+}
+
 void CheckHighScore() {
   const ScoreTable& table = ReadScores(gameMode);
   newScoreRank = kNoRank;
   for (int16 place = 1; place <= kPlaces; ++place)
     if (score > table[static_cast<std::size_t>(place)])
       newScoreRank = std::min(newScoreRank, place);
-  if (newScoreRank != kNoRank && showNameWindow != nullptr) showNameWindow();
+  if (newScoreRank != kNoRank) nameWanted = true;
+}
+
+void EnterHighScore(const std::string& name) {
+  const GameMode mode = gameMode;
+  const int rank = newScoreRank;
+  if (rank < 1 || rank > kPlaces) return;
+  const ScoreTable scores = WithScoreAt(ReadScores(mode), rank, score);
+  const NameList names = ReadNames(mode);
+  for (int place = rank; place < kPlaces; ++place)
+    WriteTextFile(At(names, place), NameFile(mode, place + 1));
+  WriteTextFile(StoredName(name), NameFile(mode, rank));
+  // Only now: the high-score window may have read the old scores while events ran.
+  WorkingCopy(mode) = scores;
+  WriteScores(mode, scores);
+}
+
+void ResetScoreTables() {
+  for (const GameMode mode : {modeNormal, modeFrantic, modeRelaxing, modeMarathon}) {
+    for (int place = 1; place <= kPlaces; ++place)
+      WriteTextFile(kDefaultName, NameFile(mode, place));
+    for (int place = 1; place <= kPlaces; ++place)
+      WriteScore(ScoreFile(mode, place), kDefaultScore);
+  }
 }
 
 }  // namespace glimmerfall

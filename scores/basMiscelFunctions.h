@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The files of the high scores, one value a file, and the check of a finished game's score. Every
-// operation opens its file, does one read or write and closes it; no failure is reported, and none
-// loses what was there.
+// The high scores: the check of a finished game's score, its entry into a table, the reset of all
+// tables, and the operations on single files beneath them. Every one of those opens its file, does
+// one read or write and closes it; no failure is reported, and none loses what was there.
 #pragma once
 
 #include <string>
 
-#include "rules/state/CGem.h"
+#include "rules/state/basGameState.h"
 
 namespace glimmerfall {
 
@@ -16,6 +16,9 @@ inline constexpr char kMissingFile[] = "file missing or corrupt - ";
 /// Bytes of the longest line that ReadLastLine gives; of a longer one, which only a damaged file
 /// has, it gives the end.
 inline constexpr int kLongestLine = 8192;
+
+/// Characters of a name that are stored.
+inline constexpr int kNameCharacters = 15;
 
 /// Replaces the file at `path` by `text`, a line in UTF-8 that is stored in the code page, and CR
 /// LF. Whatever happens, the file is the old one or the new one whole; a failure leaves the old
@@ -36,11 +39,24 @@ float64 ReadScore(const std::string& path);
 /// none; what stands behind them stays. A file that can't be written stays as it is.
 void WriteScore(const std::string& path, float64 value);
 
-/// Shows the window that asks for a name; set by that window's unit, null while there is none.
-extern void (*showNameWindow)();
+/// Fills the working copy of `mode` from its ten score files, and gives it.
+const ScoreTable& ReadScores(GameMode mode);
+
+/// The line of a place, 1 to 10, such as " 1 -- Ann -- 150": the name from its file, the score from
+/// the working copy. Lets events run once.
+std::string TableLine(GameMode mode, int place);
 
 /// Compares `score` with the ten scores of the current mode, sets newScoreRank to the first place
-/// whose score is lower, or to kNoRank, and if there is one asks for a name.
+/// whose score is lower, or to kNoRank, and if there is one sets nameWanted.
 void CheckHighScore();
+
+/// Puts `score` and the first 15 characters of `name`, in UTF-8, into the table of `gameMode` at
+/// newScoreRank, all three as they stand now, and rewrites its files: the names from the new place
+/// down, then all ten scores. A newScoreRank that is no place, which another game behind the name
+/// window can leave, enters nothing. Lets events run once for each name.
+void EnterHighScore(const std::string& name);
+
+/// Writes the default name and score into every place of all four tables.
+void ResetScoreTables();
 
 }  // namespace glimmerfall

@@ -3,12 +3,10 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QPointer>
 #include <QPushButton>
 
 #include "platform/desktop/Layout.h"
 #include "scores/basMiscelFunctions.h"
-#include "scores/basScoreTables.h"
 #include "scores/frmHighScores.h"
 
 namespace glimmerfall {
@@ -61,16 +59,10 @@ class frmHSName : public SmallWindow {
   QPushButton* cmdOK;
 };
 
-QPointer<QWidget>& Owner() {
-  static QPointer<QWidget> owner;
-  return owner;
-}
-
 }  // namespace
 
-void UseNameWindow(QWidget* parent) {
-  Owner() = parent;
-  showNameWindow = [] { TheWindow<frmHSName>().Open(Owner()); };
+void ShowNameEntry(QWidget* parent) {
+  TheWindow<frmHSName>().Open(parent);
 }
 
 }  // namespace glimmerfall

@@ -6,8 +6,8 @@ class QWidget;
 
 namespace glimmerfall {
 
-/// From now on a good score opens the window above `parent`; the game goes on behind it. Its OK
-/// enters the name and the score and shows the high scores; closing it stores nothing.
-void UseNameWindow(QWidget* parent);
+/// Shows the window above `parent`, or raises it; the game goes on behind it. Its OK enters the
+/// name and the score and shows the high scores; closing it stores nothing.
+void ShowNameEntry(QWidget* parent);
 
 }  // namespace glimmerfall

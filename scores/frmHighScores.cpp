@@ -8,7 +8,7 @@
 #include <array>
 
 #include "platform/desktop/Layout.h"
-#include "scores/basScoreTables.h"
+#include "scores/basMiscelFunctions.h"
 
 namespace glimmerfall {
 

@@ -7,6 +7,7 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <exception>
+#include <utility>
 
 #include "display/basBoardText.h"
 #include "display/basDirectDrawStuff.h"
@@ -102,7 +103,6 @@ void frmMain::Load() {
   SetPaths();
   frmMainHandle = static_cast<QWidget*>(this);
   picBoardHandle = picBoard;
-  UseNameWindow(this);
   mainWindowFont = {"Arial", kBoardFontPixels};
   gameState = stateLoading;
   platform::StartTimer(ForwardTimer);
@@ -122,6 +122,7 @@ void frmMain::Timer1_Timer() {
   mnuCount->setText(QString::fromStdString(captions.mnuCount));
   mnuMatchCount->setText(QString::fromStdString(captions.mnuMatchCount));
   UpdateClock();
+  if (std::exchange(nameWanted, false)) ShowNameEntry(this);
 }
 
 void frmMain::closeEvent(QCloseEvent*) {

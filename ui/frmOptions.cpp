@@ -8,7 +8,7 @@
 #include "platform/Messages.h"
 #include "platform/desktop/Layout.h"
 #include "rules/state/basGameState.h"
-#include "scores/basScoreTables.h"
+#include "scores/basMiscelFunctions.h"
 #include "sound/DXAudio.h"
 
 namespace glimmerfall {

@@ -143,6 +143,7 @@ struct SharedVariables {
   // The end of a game, and of the program.
   Flag quitRequested = kFalse;   ///< the program is closing
   int16 newScoreRank = kNoRank;  ///< place 1..10 that a new high score takes; kNoRank is none
+  bool nameWanted = false;       ///< set by CheckHighScore, cleared by the main window, which asks
   ScoreTable scoresNormal{};
   ScoreTable scoresFrantic{};
   ScoreTable scoresRelaxing{};
@@ -188,6 +189,7 @@ inline auto& soundOn = shared.soundOn;
 inline auto& musicVolume = shared.musicVolume;
 inline auto& quitRequested = shared.quitRequested;
 inline auto& newScoreRank = shared.newScoreRank;
+inline auto& nameWanted = shared.nameWanted;
 inline auto& scoresNormal = shared.scoresNormal;
 inline auto& scoresFrantic = shared.scoresFrantic;
 inline auto& scoresRelaxing = shared.scoresRelaxing;

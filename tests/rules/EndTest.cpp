@@ -2,18 +2,16 @@
 // The end of a level and of a game: shaking, flight, message, and what leads on.
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "platform/Time.h"
 #include "rules/basEndOfGame.h"
 #include "rules/basMainGameLoop.h"
-#include "scores/basMiscelFunctions.h"
 #include "tests/platform/Twin.h"
 #include "tests/rules/GameFixture.h"
 
 namespace glimmerfall {
 namespace {
-
-int nameWindows = 0;
 
 class End : public GameTest {
  protected:
@@ -21,12 +19,6 @@ class End : public GameTest {
     GameTest::SetUp();
     SetBoard(QuietBoard());
     gameState = stateShaking;
-    nameWindows = 0;
-    showNameWindow = [] { ++nameWindows; };
-  }
-  void TearDown() override {
-    showNameWindow = nullptr;
-    GameTest::TearDown();
   }
 };
 
@@ -163,20 +155,20 @@ TEST_F(End, ClicksInTheFirstHalfSecondAreLost) {
     EXPECT_EQ(platform::TickCount() - start, 530);
     EXPECT_TRUE(newBoardWanted);
     EXPECT_EQ(levelWon, kFalse);
-    EXPECT_EQ(nameWindows, 0);
+    EXPECT_FALSE(nameWanted);
   }
 }
 
 TEST_F(End, LostGameAsksForTheHighScoreOnceAfterTheHalfSecond) {
   score = 10;
-  int before = -1;
-  twin::ScheduleAt(platform::TickCount() + 450, [&] { before = nameWindows; });
+  bool tooEarly = true;
+  twin::ScheduleAt(platform::TickCount() + 450, [&] { tooEarly = nameWanted; });
   for (int i = 0; i < 3; ++i) {
     ShowMessageWithClicks({600});
-    EXPECT_EQ(before, 0);
+    EXPECT_FALSE(tooEarly);
     EXPECT_EQ(gameState, stateEndMessage);
     EXPECT_FALSE(newBoardWanted);
-    EXPECT_EQ(nameWindows, 1);
+    EXPECT_EQ(std::exchange(nameWanted, false), i == 0);
   }
   EXPECT_EQ(highScoreChecked, kTrue);
   Perform("new");
@@ -192,7 +184,6 @@ TEST_F(End, NewGameLeadsOutOfBothWaits) {
       gameState = stateEndMessage;
       levelWon = won;
       highScoreChecked = kFalse;
-      nameWindows = 0;
       score = 10;
       level = 7;
       const int32 start = platform::TickCount();

@@ -6,7 +6,6 @@
 #include <fstream>
 #include <iterator>
 
-#include "scores/basMiscelFunctions.h"
 #include "tests/platform/Twin.h"
 #include "tests/scores/FaultyFiles.h"
 
@@ -45,7 +44,6 @@ ScoreTest::ScoreTest() {
   twin::Reset();
   twin::SetProgramFolder(folder_);
   ResetGameState();
-  showNameWindow = nullptr;
   faulty::Reset();
 }
 

@@ -96,7 +96,7 @@ void OpenAll() {
   ShowOptions(nullptr);
   ShowLearn(nullptr);
   ShowAbout(nullptr);
-  showNameWindow();
+  ShowNameEntry(nullptr);
   Choose([] { PressKey(Qt::Key_Escape); });
 }
 
@@ -128,7 +128,6 @@ class WindowsTest : public testing::Test {
     twin::OnEveryPlace([] { QApplication::processEvents(); });
     ResetGameState();
     ResetScoreTables();
-    UseNameWindow(nullptr);
   }
   ~WindowsTest() override {
     for (const WindowRow& row : kWindows)
@@ -400,7 +399,7 @@ TEST_F(WindowsTest, WindowsAreHiddenAndComeBackAsTheyWere) {
       {"frmHighScores", [] { ShowHighScores(nullptr); }},
       {"frmOptions", [] { ShowOptions(nullptr); }},
       {"frmLearn", [] { ShowLearn(nullptr); }},
-      {"frmHSName", [] { showNameWindow(); }},
+      {"frmHSName", [] { ShowNameEntry(nullptr); }},
   };
   for (const auto& [name, show] : windows) {
     SCOPED_TRACE(name.toStdString());
@@ -513,12 +512,14 @@ TEST_F(WindowsTest, AGoodScoreAsksForANameAndShowsInItsTable) {
   gameMode = modeMarathon;
   score = 200;
   CheckHighScore();
+  ShowNameEntry(nullptr);
   LetToolkitRun();
   EXPECT_EQ(QApplication::focusWidget(), &Find("frmHSName", "txtUserName"));
   QTest::keyClicks(QApplication::focusWidget(), "An exceedingly long name");
   PressKey(Qt::Key_Escape);
   EXPECT_EQ(ReadScore(ScoreFile(modeMarathon, 1)), 100) << "a closed window stores nothing";
   CheckHighScore();
+  ShowNameEntry(nullptr);
   PressKey(Qt::Key_Return);
   EXPECT_FALSE(Window("frmHSName").isVisible());
   ASSERT_TRUE(Window("frmHighScores").isVisible());
@@ -527,6 +528,7 @@ TEST_F(WindowsTest, AGoodScoreAsksForANameAndShowsInItsTable) {
 
   score = 300;
   CheckHighScore();
+  ShowNameEntry(nullptr);
   auto& name = Find<QLineEdit>("frmHSName", "txtUserName");
   EXPECT_EQ(name.text(), "An exceedingly long name");
   name.setText(u"u\u0308ber"_qs);
@@ -539,6 +541,7 @@ TEST_F(WindowsTest, ASecondPressOfOkDoesNotEnterTwice) {
     StoreName(place, "Player " + std::to_string(place));
   score = 200;
   CheckHighScore();
+  ShowNameEntry(nullptr);
   bool pressedAgain = false;
   twin::ScheduleAtPlace(3, [&] {
     pressedAgain = true;
