@@ -14,7 +14,7 @@ import colour
 import painting as p
 
 WIDTH, HEIGHT, CELL, CELLS = 512, 576, 64, 8
-SAMPLES = 3
+SAMPLES = {1: 3, 2: 2}              # a pixel along each axis, by scale factor
 HALF, RADIUS = 29.6, 10.0           # of a cell's hollow
 LIGHT, DARK = 0.80, 0.60            # factors of the chequered cells
 BAR = (20, 521, 492, 531)
@@ -27,23 +27,26 @@ def _noise(shape, sigma, seed):
     return field / field.std()
 
 
-def ground(x, y, scale):
-    """The cloth that the board is made of: a dark gradient with a quiet cloudiness."""
+def clouds(shape, scale):
+    """The light that quiet clouds let through, around 1, at a number of samples a pixel."""
+    return 1 + 0.08 * _noise(shape, 26 * scale, SEED) + 0.04 * _noise(shape, 7 * scale, SEED + 1)
+
+
+def ground(x, y, cloud):
+    """The cloth that the board is made of: a dark gradient under clouds."""
     base = p.ramp((y * 0.8 + x * 0.2) / 520, [
         (0.0, '37296a'), (0.35, '2c2b66'), (0.7, '1c3360'), (1.0, '123c58')])
     reach = np.hypot((x - 256) / 256, (y - 240) / 290)
     base *= (0.98 - 0.36 * p.smooth(0.25, 1.35, reach))[..., None]
-    cloud = 1 + 0.08 * _noise(x.shape, 26 * scale, SEED) + 0.04 * _noise(x.shape, 7 * scale,
-                                                                          SEED + 1)
     return base * cloud[..., None]
 
 
-def _paint_cell(canvas, x, y, left, top, factor):
+def _paint_cell(canvas, x, y, left, top, factor, softness):
     """One hollow with its shadow at the upper left and its light at the lower right."""
     cx, cy = left + CELL / 2, top + CELL / 2
     box = (cx - HALF, cy - HALF, cx + HALF, cy + HALF)
     distance = p.rounded_box(x, y, *box, RADIUS)
-    inside = p.cover(distance)
+    inside = p.cover(distance, softness)
     slope = ((x - cx) + (y - cy)) / (2 * HALF)
     lift = 1 + 0.42 * np.exp(-((x - cx) ** 2 + (y - cy) ** 2) / (2 * 17.0 ** 2))
     hollow = canvas * (factor * lift * (0.93 + 0.07 * slope))[..., None]
@@ -55,17 +58,17 @@ def _paint_cell(canvas, x, y, left, top, factor):
                )[..., None]
 
 
-def paint_cells(canvas, x, y, columns, rows, left=0.0, top=0.0):
-    """Cells of 64 logical pixels, starting at (left, top), onto a canvas that holds the ground."""
+def paint_cells(canvas, x, y, columns, rows, softness=0.5):
+    """Cells of 64 logical pixels onto a canvas that holds the ground."""
     step = x[0, 1] - x[0, 0]
     for row in range(rows):
         for column in range(columns):
-            x0, y0 = left + column * CELL, top + row * CELL
+            x0, y0 = column * CELL, row * CELL
             i0, j0 = int(max((y0 - y[0, 0]) / step, 0)), int(max((x0 - x[0, 0]) / step, 0))
             count = int(np.ceil(CELL / step)) + 1
             part = np.s_[i0:i0 + count, j0:j0 + count]
             _paint_cell(canvas[part], x[part], y[part], x0, y0,
-                        LIGHT if (row + column) % 2 == 0 else DARK)
+                        LIGHT if (row + column) % 2 == 0 else DARK, softness)
 
 
 def _paint_strip(canvas, x, y):
@@ -78,34 +81,44 @@ def _paint_strip(canvas, x, y):
     canvas *= (1 - 0.5 * np.exp(-((y - 516.6) / 1.0) ** 2))[..., None]
 
 
-def _paint_bar_frame(canvas, x, y):
+def _paint_bar_frame(canvas, x, y, softness):
     """A golden rim around the clock bar and the dark hollow that the bar fills."""
     left, top, right, bottom = BAR
     distance = p.rounded_box(x, y, left - 1, top - 1, right + 2, bottom + 2, 2.0)
     p.blend(canvas, (0, 0, 0), 0.5 * np.exp(-np.maximum(distance - 2, 0) / 1.5) * (distance > 0))
-    rim = p.cover(np.abs(distance - 1.0) - 0.9)
+    rim = p.cover(np.abs(distance - 1.0) - 0.9, softness)
     p.blend(canvas, p.gold(y, top - 3, bottom + 4) * 0.55, rim)
     hollow = p.ramp((y - top) / (bottom - top), [(0, '04060d'), (1, '0c1226')])
-    p.blend(canvas, hollow, p.cover(distance))
+    p.blend(canvas, hollow, p.cover(distance, softness))
 
 
-def _paint_text_hollow(canvas, x, y):
+def _paint_text_hollow(canvas, x, y, softness):
     distance = p.rounded_box(x, y, -12, 535.5, 524, 590, 7)
-    p.blend(canvas, canvas * 0.55, p.cover(distance))
+    p.blend(canvas, canvas * 0.55, p.cover(distance, softness))
     canvas *= (1 - 0.35 * np.exp(-((distance - 0.3) / 0.7) ** 2))[..., None]
 
 
-def paint_board(scale=1):
-    """Linear light of the whole frame's ground at a scale factor."""
-    x, y = p.grid(WIDTH, HEIGHT, scale * SAMPLES)
-    canvas = ground(x, y, scale * SAMPLES)
-    paint_cells(canvas, x, y, CELLS, CELLS)
+def _same_clouds(shape):
+    """The clouds of scale factor 1, stretched to a shape, so that each size shows the same sky."""
+    cloud = clouds((HEIGHT * SAMPLES[1], WIDTH * SAMPLES[1]), SAMPLES[1])
+    if shape == cloud.shape:
+        return cloud
+    return ndimage.zoom(cloud, shape[0] / cloud.shape[0], mode='grid-wrap', grid_mode=True)
+
+
+def paint_board(scale):
+    """Linear light of the whole frame's ground at scale factor 1 or 2."""
+    x, y = p.grid(WIDTH, HEIGHT, scale * SAMPLES[scale])
+    canvas = ground(x, y, _same_clouds(x.shape))
+    softness = 0.5 / scale
+    paint_cells(canvas, x, y, CELLS, CELLS, softness)
     _paint_strip(canvas, x, y)
-    _paint_bar_frame(canvas, x, y)
-    _paint_text_hollow(canvas, x, y)
-    return np.maximum(p.average(canvas, SAMPLES), colour.to_linear(2))
+    _paint_bar_frame(canvas, x, y, softness)
+    _paint_text_hollow(canvas, x, y, softness)
+    return np.maximum(p.average(canvas, SAMPLES[scale]), colour.to_linear(2))
 
 
 def build(target):
-    """Writes the board's picture."""
-    p.save(p.dithered_bytes(paint_board(), SEED + 2), os.path.join(target, 'Board.bmp'))
+    """Writes the board's picture in both sizes."""
+    for scale, name in ((1, 'Board.bmp'), (2, 'Board@2x.png')):
+        p.save(p.dithered_bytes(paint_board(scale), SEED + 1 + scale), os.path.join(target, name))

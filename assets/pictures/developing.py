@@ -53,9 +53,14 @@ def _compress_highlights(linear):
     return np.where(linear > KNEE, KNEE + (1 - KNEE) * (1 - np.exp(-over / (1 - KNEE))), linear)
 
 
-def develop(light, passes, pixel, glints=0):
-    """Linear colour, black outside, and coverage (0 or 1) of all samples; at most one glint."""
-    mask = passes[..., 0] > GEM_BEHIND
+def develop(light, passes, pixel, glints=0, fine=False):
+    """Linear colour, black outside, and coverage (0 or 1) of all samples; at most one glint.
+
+    Edges that lie over one another hide the gem behind them, a hole as small as a point. In a
+    fine picture, whose gems are larger than 60 pixels, such holes would show and are closed.
+    """
+    red = passes[..., 0]
+    mask = ndimage.binary_fill_holes(red > 0) if fine else red > GEM_BEHIND
     contour = np.clip(ndimage.distance_transform_edt(mask) / (pixel * CONTOUR_WIDTH), 0, 1)
     contour = contour[..., None]
     picture = _sharpen_facets(light / EXPOSURE, mask, pixel)

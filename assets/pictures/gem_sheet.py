@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""The sheet of turning gems: eight kinds by sixteen frames of 64 by 64 pixels.
+"""The sheet of turning gems: eight kinds by sixteen frames, of 64 by 64 pixels and of twice that.
 
 Exact black is the colour key of the game, so that each pixel either belongs to
 a gem or is (0,0,0).  Border pixels that a gem covers in part are blended into a
@@ -19,7 +19,8 @@ import tracer
 CELL = 64
 KINDS = 8
 FRAMES = tracer.FRAMES
-SAMPLES = 8                 # samples a pixel along each axis
+SHEETS = ((1, 'gemsheet1024x512.bmp'), (2, 'gemsheet1024x512@2x.png'))      # by scale factor
+SAMPLES = 8                 # traced samples a logical pixel along each axis
 ON_COVERAGE = 0.22          # a pixel that a gem covers less than this stays outside
 RIM_DARKEST, RIM_LIGHTEST = 21.0, 62.0      # L* of a border pixel
 BORDER_SHADE = 0.035        # linear value that a half covered pixel is blended into
@@ -33,11 +34,11 @@ def trace_frames(scratch, first, last):
                      (first, last))
 
 
-def develop(scratch, frame):
+def develop(scratch, frame, scale=1):
     """Linear colour and coverage (0 or 1) of all samples of a frame."""
     light = tracer.read_traced(scratch, 'colour%03d' % frame)
     passes = tracer.read_traced(scratch, 'mask%03d' % frame)
-    return developing.develop(light, passes, SAMPLES, glints=1)
+    return developing.develop(light, passes, SAMPLES, glints=1, fine=scale > 1)
 
 
 def _limit_lightness(pixels, low, high):
@@ -48,16 +49,22 @@ def _limit_lightness(pixels, low, high):
     return np.where(light < bottom, pixels + (bottom - light), pixels)
 
 
-def make_sprite(scratch, frame):
-    """The 64 by 64 frame as 8-bit sRGB with exact black outside."""
-    picture, mask = develop(scratch, frame)
-    alpha = painting.average(mask[..., None], SAMPLES)
-    pixels = painting.average(picture, SAMPLES) / np.maximum(alpha, 1e-9)
+def make_sprites(scratch, frame):
+    """The frame in both sizes, made of the same traced samples."""
+    return [_make_sprite(scratch, frame, scale) for scale, _ in SHEETS]
+
+
+def _make_sprite(scratch, frame, scale):
+    """The frame at a scale factor as 8-bit sRGB with exact black outside."""
+    picture, mask = develop(scratch, frame, scale)
+    side = SAMPLES // scale
+    alpha = painting.average(mask[..., None], side)
+    pixels = painting.average(picture, side) / np.maximum(alpha, 1e-9)
     inside = alpha[..., 0] >= ON_COVERAGE
     mean = pixels[inside].mean(axis=0)
     shade = BORDER_SHADE * (0.5 + 0.5 * mean / colour.luminance(mean))
     pixels = pixels * alpha + shade * (1 - alpha)
-    rim = inside & ~ndimage.binary_erosion(inside)
+    rim = inside & ~ndimage.binary_erosion(inside, iterations=scale)
     pixels[rim] = _limit_lightness(pixels[rim], RIM_DARKEST, RIM_LIGHTEST)
     result = colour.to_bytes(pixels)
     result[~inside] = 0
@@ -73,9 +80,10 @@ def trace_all(scratch):
 
 
 def build(scratch, target):
-    """Writes the sheet from frames that trace_all() has rendered, with two processes."""
+    """Writes the sheet in both sizes from what trace_all() has rendered, with two processes."""
     count = KINDS * FRAMES
     with concurrent.futures.ProcessPoolExecutor(2) as pool:
-        sprites = list(pool.map(make_sprite, [scratch] * count, range(count)))
-    rows = [np.concatenate(sprites[i:i + FRAMES], axis=1) for i in range(0, count, FRAMES)]
-    painting.save(np.concatenate(rows, axis=0), os.path.join(target, 'gemsheet1024x512.bmp'))
+        sprites = list(pool.map(make_sprites, [scratch] * count, range(count)))
+    for (_, name), cells in zip(SHEETS, zip(*sprites)):
+        rows = [np.concatenate(cells[i:i + FRAMES], axis=1) for i in range(0, count, FRAMES)]
+        painting.save(np.concatenate(rows, axis=0), os.path.join(target, name))

@@ -23,6 +23,7 @@ PANELS = (130, 246, 362)            # top rows
 PANEL_LEFT, PANEL_RIGHT, PANEL_HEIGHT = 14, 498, 108
 CELL = 46                           # side of a cell in a panel
 CELLS_LEFT, CELLS_DROP = 28, 8
+CELL_SAMPLES = 3
 TEXT_LEFT, TEXT_SIZE, LINE = 234, 16.5, 22
 TEXTS = (('First, look for two pieces', 'to exchange to match 3 in a',
           'row, up, down, right or left.'),
@@ -41,7 +42,7 @@ class Page:
     def __init__(self, scratch, scale):
         self.scratch, self.scale = scratch, scale
         self.x, self.y = p.grid(WIDTH, HEIGHT, scale)
-        self.canvas = board.ground(self.x, self.y * 0.9, scale)
+        self.canvas = board.ground(self.x, self.y * 0.9, board.clouds(self.x.shape, scale))
 
     def mask_of(self, points):
         """Coverage of a polygon given in logical pixels."""
@@ -59,11 +60,11 @@ class Page:
 
     def put_cells(self, left, top, columns, rows, side):
         """Real cells of the board, at another size."""
-        zoom = self.scale * side / board.CELL * board.SAMPLES
+        zoom = self.scale * side / board.CELL * CELL_SAMPLES
         x, y = p.grid(columns * board.CELL, rows * board.CELL, zoom)
-        cells = board.ground(x + 128, y + 128, zoom)
+        cells = board.ground(x + 128, y + 128, board.clouds(x.shape, zoom))
         board.paint_cells(cells, x, y, columns, rows)
-        small = p.average(cells, board.SAMPLES)
+        small = p.average(cells, CELL_SAMPLES)
         x, y = p.grid(columns * side, rows * side, self.scale)
         distance = p.rounded_box(x, y, 0, 0, columns * side, rows * side, 9)
         self.lay(small, p.cover(distance, 0.5 / self.scale), left, top)

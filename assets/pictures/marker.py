@@ -27,14 +27,16 @@ def _along(x, y):
                     np.where(bottom, 0.5 + (1 - u) / 8, 0.75 + (1 - v) / 8)))
 
 
-def paint_frame(frame):
-    """Linear colour and alpha of one frame."""
-    x, y = p.grid(CELL, CELL, SAMPLES)
+def paint_frame(frame, scale=1):
+    """Linear colour and alpha of one frame's samples."""
+    x, y = p.grid(CELL, CELL, SAMPLES * scale)
     x, y = x - CELL / 2, y - CELL / 2
     distance = p.rounded_box(x, y, -HALF, -HALF, HALF, HALF, RADIUS)
     phase = (_along(x, y) * LIGHTS - frame / FRAMES) % 1.0
     comet = np.exp(-(1 - phase) * 2.9) * p.smooth(0, 0.10, 1 - phase)
-    ring = p.cover(np.abs(distance) - WIDTH / 2)
+    if scale > 1:                   # the gap between a tail and the next head would show as a scratch
+        comet = np.maximum(comet, np.exp(-2.9))
+    ring = p.cover(np.abs(distance) - WIDTH / 2, 0.5 / scale)
     bevel = np.exp(-((distance - 0.1) / 1.1) ** 2)
     base = p.ramp((x + y) / (4 * HALF) + 0.5, [(0, 'd79a2c'), (0.5, 'a8691a'), (1, '7d4a12')])
     light = p.ramp(comet, [(0, '000000'), (0.35, 'c8861e'), (0.75, 'ffe08a'), (1, 'fff6dc')])
@@ -42,9 +44,9 @@ def paint_frame(frame):
     return paint, ring
 
 
-def make_frame(frame):
+def make_frame(frame, scale=1):
     """8-bit sRGB of one frame with exact black where it is transparent."""
-    paint, ring = paint_frame(frame)
+    paint, ring = paint_frame(frame, scale)
     alpha = p.average(ring[..., None], SAMPLES)
     pixels = p.average(paint * ring[..., None], SAMPLES) / np.maximum(alpha, 1e-9)
     alpha = alpha[..., 0]
@@ -56,6 +58,7 @@ def make_frame(frame):
 
 
 def build(target):
-    """Writes the strip of all frames."""
-    strip = np.concatenate([make_frame(i) for i in range(FRAMES)], axis=1)
-    p.save(strip, os.path.join(target, 'Target.bmp'))
+    """Writes the strip of all frames in both sizes."""
+    for scale, name in ((1, 'Target.bmp'), (2, 'Target@2x.png')):
+        strip = np.concatenate([make_frame(i, scale) for i in range(FRAMES)], axis=1)
+        p.save(strip, os.path.join(target, name))

@@ -64,15 +64,17 @@ def compare_files(folder):
 
 def compare_frames(scratch):
     """(name, pixels that differ) for the sample of the gem sheet."""
-    sheet, outcomes = load(os.path.join(IMAGES, 'gemsheet1024x512.bmp')), []
-    side = gem_sheet.CELL
+    outcomes = []
     frames = [kind * gem_sheet.FRAMES + step for kind, step in SAMPLE]
     with concurrent.futures.ThreadPoolExecutor(2) as pool:
         list(pool.map(lambda frame: gem_sheet.trace_frames(scratch, frame, frame), frames))
     for (kind, step), frame in zip(SAMPLE, frames):
-        shipped = sheet[kind * side:(kind + 1) * side, step * side:(step + 1) * side]
-        outcomes.append(('gem sheet, kind %d, step %d of the turn' % (kind, step),
-                         count_different(gem_sheet.make_sprite(scratch, frame), shipped)))
+        for (scale, name), made in zip(gem_sheet.SHEETS, gem_sheet.make_sprites(scratch, frame)):
+            side = gem_sheet.CELL * scale
+            shipped = load(os.path.join(IMAGES, name))[kind * side:(kind + 1) * side,
+                                                       step * side:(step + 1) * side]
+            outcomes.append(('%s, kind %d, step %d' % (name, kind, step),
+                             count_different(made, shipped)))
     return outcomes
 
 
