@@ -8,8 +8,8 @@
 namespace glimmerfall {
 
 int16 FindHintGem() {
-  const MoveCell cell = FindMoveCell();
-  return cell.found ? boardCells(cell.x, cell.y).gemId : kNoGem;
+  const BoardCell* const cell = FindCellToMove();
+  return cell != nullptr ? cell->gemId : kNoGem;
 }
 
 // A hint for the gem that spins already must not make its spin jump.

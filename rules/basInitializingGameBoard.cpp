@@ -34,15 +34,13 @@ int16 DrawOtherThan(int16 kind) {
   return drawn;
 }
 
-// Breaks the runs of one direction; (line, i) is the i-th cell of a row or of a column.
-template <typename CellAt>
-bool BreakRuns(CellAt cellAt) {
+bool BreakRuns(Direction direction) {
   bool changed = false;
   for (int line = 0; line < kBoardCells; ++line) {
     int16 runKind = 0;
     int16 runLength = 0;
-    for (int i = 0; i < kBoardCells; ++i) {
-      int16& kind = cellAt(line, i).kind;
+    for (int place = 0; place < kBoardCells; ++place) {
+      int16& kind = boardCells(direction, line, place).kind;
       if (kind != runKind) {
         runKind = kind;
         runLength = 1;
@@ -57,18 +55,13 @@ bool BreakRuns(CellAt cellAt) {
   return changed;
 }
 
-bool BreakAllRuns() {
-  const bool inRows = BreakRuns([](int y, int x) -> BoardCell& { return boardCells(x, y); });
-  const bool inColumns = BreakRuns([](int x, int y) -> BoardCell& { return boardCells(x, y); });
-  return inRows || inColumns;
-}
-
 // A deal without a run and without a move would never change again, so after a few rounds of it the
 // board is dealt afresh.
 void RemoveRuns() {
   int16 deadRounds = 0;
   for (;;) {
-    const bool boardChanged = BreakAllRuns();
+    const bool rowsChanged = BreakRuns(kRows);
+    const bool boardChanged = BreakRuns(kColumns) || rowsChanged;
     platform::LetEventsRun();
     const bool moveExists = MoveExists() != kFalse;
     if (moveExists && !boardChanged) return;

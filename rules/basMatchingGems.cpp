@@ -18,13 +18,6 @@ constexpr std::size_t kSetGems = 4;  // up to this many make a set, more a big o
 constexpr float64 kSetPoints = 50;
 constexpr float64 kBigSetPoints = 300;
 
-const BoardCell& CellOfRow(int y, int x) {
-  return boardCells(x, y);
-}
-const BoardCell& CellOfColumn(int x, int y) {
-  return boardCells(x, y);
-}
-
 void SlideGem(CGem& gem) {
   gem.pixX = static_cast<int16>(gem.pixX + kSwapPixels * gem.swapDirX);
   gem.pixY = static_cast<int16>(gem.pixY + kSwapPixels * gem.swapDirY);
@@ -56,13 +49,12 @@ void RewardSwap() {
   if (gameState == stateSwapping) gameState = stateClearing;
 }
 
-template <typename CellAt>
-bool HasRun(CellAt cellAt) {
+bool HasRun(Direction direction) {
   for (int line = 0; line < kBoardCells; ++line) {
     int16 kind = 0;
     int count = 0;
-    for (int i = 0; i < kBoardCells; ++i) {
-      const int16 next = cellAt(line, i).kind;
+    for (int place = 0; place < kBoardCells; ++place) {
+      const int16 next = boardCells(direction, line, place).kind;
       count = next == kind ? count + 1 : 1;
       kind = next;
       if (count == kMinRun) return true;
@@ -75,13 +67,12 @@ void AppendRun(const GemList& run, GemList& result) {
   if (run.size() >= kMinRun) result.insert(result.end(), run.begin(), run.end());
 }
 
-template <typename CellAt>
-void ListRuns(CellAt cellAt, GemList& run, GemList& result) {
+void ListRuns(Direction direction, GemList& run, GemList& result) {
   for (int line = 0; line < kBoardCells; ++line) {
     EmptyList(run);
-    int16 kind = cellAt(line, 0).kind;
-    for (int i = 0; i < kBoardCells; ++i) {
-      const BoardCell& cell = cellAt(line, i);
+    int16 kind = boardCells(direction, line, 0).kind;
+    for (int place = 0; place < kBoardCells; ++place) {
+      const BoardCell& cell = boardCells(direction, line, place);
       if (cell.kind != kind) {
         AppendRun(run, result);
         EmptyList(run);
@@ -128,14 +119,14 @@ void StepSwapping() {
 }
 
 Flag BoardHasRun() {
-  return HasRun(CellOfRow) || HasRun(CellOfColumn) ? kTrue : kFalse;
+  return HasRun(kRows) || HasRun(kColumns) ? kTrue : kFalse;
 }
 
 Flag FindMatches(GemList& result) {
   GemList run;
   run.reserve(kBoardCells);
-  ListRuns(CellOfRow, run, result);
-  ListRuns(CellOfColumn, run, result);
+  ListRuns(kRows, run, result);
+  ListRuns(kColumns, run, result);
   RemoveDoubles(result);
   return result.empty() ? kFalse : kTrue;
 }

@@ -7,17 +7,11 @@
 
 namespace glimmerfall {
 
-/// The cell whose gem has to make way for a run of three.
-struct MoveCell {
-  bool found = false;
-  int16 x = 0;
-  int16 y = 0;
-};
-
-/// The first move in the order: moves for a horizontal run, anchors from the top row down and from
-/// left to right; then moves for a vertical run, columns from the left and anchors from the top
-/// down. Reads only the kinds of boardCells.
-MoveCell FindMoveCell();
+/// The cell whose gem has to make way for a run of three, or null on a board without a move: the
+/// first one, moves for a horizontal run before those for a vertical one, rows from the top down or
+/// columns from the left, and along each of them from its start. Reads only the kinds of
+/// boardCells.
+const BoardCell* FindCellToMove();
 
 /// True when one swap of two neighbouring gems would make a run of three.
 Flag MoveExists();

@@ -41,20 +41,27 @@ struct BoardCell {
   int16 kind = 0;       ///< that gem's kind, or kNoKind while a clear has emptied the cell
 };
 
-/// The 8 by 8 cells, addressed by column and row; the index of cell (x, y) is x + 8y.
+/// The board seen as eight lines of eight places, so that rows and columns are treated alike. A
+/// step to the next line or the next place is a step of so many cell indices.
+struct Direction {
+  int line;
+  int place;
+};
+inline constexpr Direction kRows = {kBoardCells, 1};     ///< from the top, places from the left
+inline constexpr Direction kColumns = {1, kBoardCells};  ///< from the left, places from the top
+
+/// The 8 by 8 cells; the index of the cell in column x and row y is x + 8y.
 class BoardCells {
  public:
-  BoardCell& operator()(int x, int y) { return cells_[Index(x, y)]; }
-  const BoardCell& operator()(int x, int y) const { return cells_[Index(x, y)]; }
+  BoardCell& operator()(int x, int y) { return (*this)(kRows, y, x); }
+  BoardCell& operator()(Direction direction, int line, int place) {
+    return (*this)[line * direction.line + place * direction.place];
+  }
   BoardCell& operator[](int index) { return cells_[static_cast<std::size_t>(index)]; }
   auto begin() { return cells_.begin(); }
   auto end() { return cells_.end(); }
 
  private:
-  static std::size_t Index(int x, int y) {
-    return static_cast<std::size_t>(x) + std::size_t{kBoardCells} * static_cast<std::size_t>(y);
-  }
-
   std::array<BoardCell, kGemCount> cells_;
 };
 
