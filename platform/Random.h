@@ -2,6 +2,7 @@
 // The random numbers of the game.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 
 namespace platform {
@@ -13,7 +14,7 @@ class RandomGenerator {
   explicit RandomGenerator(std::uint64_t seed) : state_(seed) {}
 
   /// Stirs `seconds` into the running state. It never resets the state: two calls within one tick
-  /// of the clock do not make the draws repeat.
+  /// of the clock do not make the numbers repeat.
   void Stir(float seconds);
 
   /// A uniform value in [0, 1).
@@ -30,5 +31,11 @@ void Randomize(float seconds);
 
 /// A uniform value in [0, 1) from the generator of the program.
 double Rnd();
+
+/// A whole number from 0 up to but without `count`, each equally likely. `count` is at least 1.
+template <std::integral Number>
+Number RandomBelow(Number count) {
+  return static_cast<Number>(Rnd() * static_cast<double>(count));
+}
 
 }  // namespace platform

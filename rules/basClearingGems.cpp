@@ -6,7 +6,6 @@
 
 #include "platform/Random.h"
 #include "platform/Time.h"
-#include "rules/basDraws.h"
 #include "rules/basEndOfGame.h"
 #include "rules/basGameModes.h"
 #include "rules/basMatchingGems.h"
@@ -75,14 +74,14 @@ void MarkHoles() {
 }
 
 // The kind before the first is taken to be 0, so the first new gem is never of kind 0.
-void DrawNewKinds() {
+void GiveNewKinds() {
   int16 lastKind = 0;
   for (const int16 id : clearList) {
     platform::Randomize(platform::Timer());
     CGem& gem = Gem(id);
     gem.shrink = 0;
     do {
-      gem.kind = DrawBelow(gemKinds);
+      gem.kind = platform::RandomBelow(gemKinds);
     } while (gem.kind == lastKind);
     lastKind = gem.kind;
     gem.sheetY = static_cast<int16>(gem.kind * kCellPixels);
@@ -148,7 +147,7 @@ void SettleClear() {
   AddKindPoints(Gem(clearList.back()).kind);
   RewardChain();
   MarkHoles();
-  DrawNewKinds();
+  GiveNewKinds();
   PlaceNewGems();
   FillFallList();
   // The clock may have run out while the list was emptied; the end of play wins over a won level.

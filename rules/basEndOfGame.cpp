@@ -8,7 +8,6 @@
 #include "platform/Events.h"
 #include "platform/Random.h"
 #include "platform/Time.h"
-#include "rules/basDraws.h"
 #include "rules/basNewGame.h"
 #include "rules/state/basGameState.h"
 #include "scores/basMiscelFunctions.h"
@@ -20,15 +19,15 @@ namespace {
 
 // The shaking.
 constexpr int16 kShakeFrames = 51;
-constexpr int16 kShakeDraws = 3000;     // each gem draws below this
+constexpr int16 kShakeNumbers = 3000;   // each gem gets a number below this
 constexpr int16 kShakeFarAbove = 1500;  // above it the gem trembles far, else near
 constexpr int16 kShakeReach = 3;        // offsets a gem can take
 constexpr int16 kShakeFar = 2;          // least far offset, and most near one, in pixels
 
 // The throw. Speeds are in pixels a frame, angles in degrees.
 constexpr int16 kFlyFrames = 64;
-constexpr int16 kThrowDraws = 50;
-constexpr int16 kThrowRightFrom = 25;  // draws from here on throw the gem to the right
+constexpr int16 kThrowNumbers = 50;
+constexpr int16 kThrowRightFrom = 25;  // numbers from here on throw the gem to the right
 constexpr float64 kThrowAngle = 45;
 constexpr float64 kThrowAngleSpread = 25;
 constexpr float64 kThrowSpeed = 10;
@@ -41,12 +40,12 @@ constexpr float32 kDeafSeconds = 0.5F;  // clicks in the first half second are l
 constexpr int32 kDeafNapTicks = 10;
 constexpr int32 kWaitNapTicks = 1000;
 
-// Two draws always come in the order x, y.
+// The random numbers come in the order x, y.
 void ShakeGem(CGem& gem) {
-  const bool far = DrawBelow(kShakeDraws) > kShakeFarAbove;
+  const bool far = platform::RandomBelow(kShakeNumbers) > kShakeFarAbove;
   const auto offset = [far] {
-    const int16 drawn = DrawBelow(kShakeReach);
-    return far ? drawn + kShakeFar : kShakeFar - drawn;
+    const int16 reach = platform::RandomBelow(kShakeReach);
+    return far ? reach + kShakeFar : kShakeFar - reach;
   };
   gem.pixX = static_cast<int16>(gem.col * kCellPixels + offset());
   gem.pixY = static_cast<int16>(gem.row * kCellPixels + offset());
@@ -54,7 +53,7 @@ void ShakeGem(CGem& gem) {
 
 void LaunchGem(CGem& gem) {
   platform::Randomize(platform::Timer());
-  const bool right = DrawBelow(kThrowDraws) >= kThrowRightFrom;
+  const bool right = platform::RandomBelow(kThrowNumbers) >= kThrowRightFrom;
   const float64 angle = platform::Rnd() * kThrowAngleSpread + kThrowAngle;
   gem.flyAngle = static_cast<float32>(right ? angle : 180 - angle);
   gem.flyX = gem.pixX;

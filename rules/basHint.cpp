@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "rules/basHint.h"
 
+#include "rules/basManipulatingGems.h"
 #include "rules/basMoveShapes.h"
-#include "rules/state/basGameState.h"
-#include "sound/basDirectSoundStuff.h"
 
 namespace glimmerfall {
 
@@ -14,15 +13,11 @@ int16 FindHintGem() {
 
 // A hint for the gem that spins already must not make its spin jump.
 void TakeHint() {
-  if (gameState != stateIdle && gameState != stateSelected) return;
+  if (!PicksAllowed()) return;
   const int16 gem = FindHintGem();
   if (gem == kNoGem) return;
   if (gem != firstGem) Gem(firstGem).spinFrame = 0;
-  PlayEffect(sndSelect);
-  chainCount = 0;
-  selectionCount = 1;
-  firstGem = gem;
-  gameState = stateSelected;
+  PickFirst(gem);
 }
 
 }  // namespace glimmerfall

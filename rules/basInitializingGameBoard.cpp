@@ -6,7 +6,6 @@
 #include "platform/Events.h"
 #include "platform/Random.h"
 #include "platform/Time.h"
-#include "rules/basDraws.h"
 #include "rules/basFallingGems.h"
 #include "rules/basGameModes.h"
 #include "rules/basMoveShapes.h"
@@ -21,17 +20,17 @@ constexpr int16 kDeadDeals = 8;         // rounds without a move until a deal is
 void DealKinds() {
   for (int16 id = 0; id < kGemCount; ++id) {
     BoardCell& cell = boardCells[id];
-    cell.kind = DrawBelow(gemKinds);
+    cell.kind = platform::RandomBelow(gemKinds);
     cell.gemId = id;
     cell.gem = nullptr;
   }
 }
 
-int16 DrawOtherThan(int16 kind) {
-  int16 drawn = kind;
-  while (drawn == kind)
-    drawn = DrawBelow(gemKinds);
-  return drawn;
+int16 KindOtherThan(int16 kind) {
+  int16 other = kind;
+  while (other == kind)
+    other = platform::RandomBelow(gemKinds);
+  return other;
 }
 
 bool BreakRuns(Direction direction) {
@@ -46,7 +45,7 @@ bool BreakRuns(Direction direction) {
         runLength = 1;
       } else if (++runLength == kMinRun) {
         changed = true;
-        kind = DrawOtherThan(kind);
+        kind = KindOtherThan(kind);
         runKind = kind;
         runLength = 1;
       }

@@ -22,14 +22,6 @@ int16 CellOfPixel(float32 pixel) {
   return static_cast<int16>(std::floor(pixel / kCellPixels));
 }
 
-void PickFirst(int16 gem) {
-  chainCount = 0;
-  firstGem = gem;
-  gameState = stateSelected;
-  ++selectionCount;
-  PlayEffect(sndSelect);
-}
-
 void TrySwapWith(int16 gem) {
   secondGem = gem;
   if (GemsAdjacent(firstGem, gem) != kFalse) {
@@ -55,7 +47,7 @@ void PickSecond(int16 gem) {
 
 void MouseDown(float32 x, float32 y) {
   mouseHeld = kTrue;
-  if (gameState != stateIdle && gameState != stateSelected) return;
+  if (!PicksAllowed()) return;
   const int16 gem = GemAtPixel(x, y);
   if (gem < 0) return;
   if (selectionCount == 0) {
@@ -80,6 +72,18 @@ void MouseUp() {
 
 void Click() {
   boardClicked = kTrue;
+}
+
+bool PicksAllowed() {
+  return gameState == stateIdle || gameState == stateSelected;
+}
+
+void PickFirst(int16 gem) {
+  chainCount = 0;
+  firstGem = gem;
+  gameState = stateSelected;
+  selectionCount = 1;
+  PlayEffect(sndSelect);
 }
 
 int16 GemAtPixel(float32 px, float32 py) {

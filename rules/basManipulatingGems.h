@@ -14,6 +14,12 @@ void MouseUp();
 /// A press and release within the board.
 void Click();
 
+/// Whether the player may pick a gem in the present state.
+bool PicksAllowed();
+
+/// Selects `gem` as the first of a swap, which begins a new chain.
+void PickFirst(int16 gem);
+
 /// The gemId of the cell under the pixel, or kNoGem. The outermost rows and columns of pixels of
 /// the board, 0 and 511, hit no cell.
 int16 GemAtPixel(float32 px, float32 py);

@@ -2,7 +2,7 @@
 #include "rules/basNewGame.h"
 
 #include "rules/basGameModes.h"
-#include "rules/state/basGameState.h"
+#include "rules/basManipulatingGems.h"
 
 namespace glimmerfall {
 
@@ -12,7 +12,7 @@ void RequestNewBoard() {
 }
 
 bool NewGameAllowed() {
-  return gameState == stateIdle || gameState == stateSelected || gameState == stateEndMessage;
+  return PicksAllowed() || gameState == stateEndMessage;
 }
 
 void StartNewGame() {

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <cmath>
 #include <filesystem>
 #include <string_view>
 #include <utility>
@@ -74,11 +73,8 @@ void DXAudio::AddFile(const std::string& path) {
 
 void DXAudio::StartBackground() {
   if (playlist.size() <= 1) return;
-  const std::size_t files = playlist.size() - 1;
   platform::Randomize(platform::Timer());
-  const double draw = platform::Rnd();
-  const auto index = static_cast<std::size_t>(std::floor(draw * static_cast<double>(files))) + 1;
-  OpenBackground(playlist[index]);
+  OpenBackground(playlist[1 + platform::RandomBelow(playlist.size() - 1)]);
 }
 
 void DXAudio::PlayBackground(const std::string& File) {

@@ -38,7 +38,7 @@ long PlacesPassed();
 // Randomness. Scripted values come first, then those of the seeded generator.
 void ScriptRnd(const std::vector<double>& values);
 /// Scripts what `Int(Rnd * count)` is to give.
-void ScriptDraws(const std::vector<int>& draws, int count);
+void ScriptNumbers(const std::vector<int>& numbers, int count);
 std::size_t ScriptedRndLeft();
 
 // Surfaces.

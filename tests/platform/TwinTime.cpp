@@ -117,9 +117,9 @@ void ScriptRnd(const std::vector<double>& values) {
   script.rnd.insert(script.rnd.end(), values.begin(), values.end());
 }
 
-void ScriptDraws(const std::vector<int>& draws, int count) {
-  for (const int draw : draws)
-    script.rnd.push_back((draw + 0.5) / count);
+void ScriptNumbers(const std::vector<int>& numbers, int count) {
+  for (const int number : numbers)
+    script.rnd.push_back((number + 0.5) / count);
 }
 
 std::size_t ScriptedRndLeft() {

@@ -32,7 +32,7 @@ TEST_F(Clear, ShrinksAndThenSettlesInItsOrder) {
   EXPECT_EQ(Gem(26).shrink, 60);
   EXPECT_EQ(Gem(2).shrink, 0);
   EXPECT_EQ(gameState, stateClearing);
-  twin::ScriptDraws({0, 3, 3, 5, 6}, 8);
+  twin::ScriptNumbers({0, 3, 3, 5, 6}, 8);
   chainCount = 1;
   matchCount = 2;
   fallList = {60};
@@ -72,7 +72,7 @@ TEST_F(Clear, PaysTheChain) {
 }
 
 // On one standing clock, so that the seeding before each gem repeats its argument.
-TEST_F(Clear, DrawsEveryKindWithoutAnyAlternation) {
+TEST_F(Clear, GivesEveryKindWithoutAnyAlternation) {
   std::map<int16, int> drawn;
   int sameAsTwoBefore = 0;
   for (int i = 0; i < 400; ++i) {

@@ -55,16 +55,16 @@ TEST_F(Deal, SetsTheClockAndTheLevelOfTheMode) {
   }
 }
 
-std::vector<int> DrawsOf(const std::string& kinds) {
-  std::vector<int> draws;
+std::vector<int> NumbersOf(const std::string& kinds) {
+  std::vector<int> numbers;
   for (const char digit : kinds)
-    draws.push_back(digit - '0');
-  return draws;
+    numbers.push_back(digit - '0');
+  return numbers;
 }
 
 TEST_F(Deal, WithoutRunAndWithoutMoveIsDealtAgain) {
   level = 26;
-  twin::ScriptDraws(DrawsOf(QuietBoard()), 8);
+  twin::ScriptNumbers(NumbersOf(QuietBoard()), 8);
   Flag moveAtFirst = kTrue;
   twin::ScheduleAtPlace(1, [&] { moveAtFirst = MoveExists(); });
   InitGameBoard();
@@ -77,9 +77,9 @@ TEST_F(Deal, WithoutRunAndWithoutMoveIsDealtAgain) {
 TEST_F(Deal, BreaksRunsInItsOrder) {
   level = 26;
   std::vector<Patch> patches = {{1, {56, 57, 59}}, {5, {1, 2, 3}}, {2, {4, 5}}, {6, {7, 15, 23}}};
-  std::vector<int> draws = DrawsOf(QuietBoard(patches));
-  draws.insert(draws.end(), {5, 5, 2, 2, 7, 6, 1});
-  twin::ScriptDraws(draws, 8);
+  std::vector<int> numbers = NumbersOf(QuietBoard(patches));
+  numbers.insert(numbers.end(), {5, 5, 2, 2, 7, 6, 1});
+  twin::ScriptNumbers(numbers, 8);
   InitGameBoard();
   patches.insert(patches.end(), {{2, {3}}, {7, {5}}, {1, {23}}});
   EXPECT_EQ(BoardKinds(), QuietBoard(patches));

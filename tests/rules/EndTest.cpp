@@ -43,7 +43,7 @@ TEST_F(End, ShakesEachGemOnItsOwnCell) {
   EXPECT_EQ(offsets, (std::set<int>{0, 1, 2, 3, 4}));
 }
 
-TEST_F(End, ThrowsByItsDraws) {
+TEST_F(End, ThrowsByItsRandomNumbers) {
   Perform("frames50");
   EXPECT_EQ(gameState, stateShaking);
   twin::ScriptRnd(std::vector<double>(std::size_t{64} * 3, 0.0));

@@ -15,7 +15,7 @@ class Fall : public GameTest {
     clearList = ids;
     gameState = stateClearing;
     clearFrames = 15;
-    twin::ScriptDraws(kinds, 8);
+    twin::ScriptNumbers(kinds, 8);
     RunFrame();
     EXPECT_EQ(gameState, stateFalling);
     twin::PlayedSounds().clear();

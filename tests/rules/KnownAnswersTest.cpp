@@ -109,7 +109,7 @@ TEST_F(Known, MovesPlayOutAsTold) {
     std::vector<int> scripted;
     for (const char c : draws)
       if (c != '-') scripted.push_back(c - '0');
-    twin::ScriptDraws(scripted, kinds);
+    twin::ScriptNumbers(scripted, kinds);
     Perform("pick" + first);
     RunFrame();
     Perform("pick" + second);

@@ -72,7 +72,7 @@ TEST_F(DXAudioTest, StaysSilentWithoutMusic) {
   EXPECT_EQ(twin::ScriptedRndLeft(), 1U);
 }
 
-TEST_F(DXAudioTest, PicksOneDrawATrackAtTheMusicVolume) {
+TEST_F(DXAudioTest, PicksOneRandomNumberATrackAtTheMusicVolume) {
   for (const char* file : {"/1.wav", "/2.wav", "/3.wav"})
     audio_.AddFile(file);
   twin::ScriptRnd({0.0, 0.34, 0.9999});
