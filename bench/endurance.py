@@ -19,6 +19,7 @@ from pathlib import Path
 from statistics import median
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
+# pylint: disable=wrong-import-position
 from desktop import CHOOSER, MAIN, MODES, Desktop, Game, swaps
 from measure import FrameTimes, with_frame_log
 
@@ -27,26 +28,39 @@ TOLD_EVERY_MINUTES = 5
 GAME_MINUTES = 3  # a game that lasts longer is given up for a new one
 OPTIONS_MENU = (85, -9)  # from the board's corner
 VOLUME_STEPS = ("Up", "Down", "Page_Up", "Page_Down")
-WINDOW_KEYS = (("ctrl+s", "High Scores..."), ("F1", "Learn to Play..."), ("ctrl+a", "About Glimmerfall"))
+WINDOW_KEYS = (
+    ("ctrl+s", "High Scores..."),
+    ("F1", "Learn to Play..."),
+    ("ctrl+a", "About Glimmerfall"),
+)
 
 Held = collections.namedtuple("Held", "minute memory files threads music")
 
 
 class Holdings:
-    """What a process holds over time: resident memory in kB, open files and threads. What plays just
-    now needs more or less of them, so stretches of some minutes are compared, and in the end those
-    in which the same type of music played."""
+    """What a process holds over time: resident memory in kB, open files and threads. What plays
+    just now needs more or less of them, so stretches of some minutes are compared, and in the end
+    those in which the same type of music played."""
 
     def __init__(self, process):
         self.folder = Path(f"/proc/{process.pid}")
         self.seen = []
 
     def look(self, minute):
-        status = dict(line.split(":", 1) for line in (self.folder / "status").read_text().splitlines())
+        status = dict(
+            line.split(":", 1) for line in (self.folder / "status").read_text().splitlines()
+        )
         files = self.open_files()
         music = {Path(file).suffix for file in files if "/music/" in file}
-        self.seen.append(Held(minute, int(status["VmRSS"].split()[0]), len(files), int(status["Threads"]),
-                              music.pop() if len(music) == 1 else None))
+        self.seen.append(
+            Held(
+                minute,
+                int(status["VmRSS"].split()[0]),
+                len(files),
+                int(status["Threads"]),
+                music.pop() if len(music) == 1 else None,
+            )
+        )
 
     def open_files(self):
         """The paths, as far as they are still open when they are looked at."""
@@ -59,20 +73,28 @@ class Holdings:
     def tell(self, first, last):
         names = ("kB of memory", "files", "threads")
         columns = list(zip(*[held[1:4] for held in self.seen if first <= held.minute <= last]))
-        print(f"minutes {first:.0f} to {last:.0f}: " + ", ".join(
-            f"{median(values):.0f} {name} ({min(values)} to {max(values)})" for name, values in zip(names, columns)),
-            flush=True)
+        print(
+            f"minutes {first:.0f} to {last:.0f}: "
+            + ", ".join(
+                f"{median(values):.0f} {name} ({min(values)} to {max(values)})"
+                for name, values in zip(names, columns)
+            ),
+            flush=True,
+        )
 
     def compare(self):
-        """The memory when a type of music was first heard after the first minutes, and when last."""
+        """The memory while a type of music was first heard after some minutes, and while last."""
         settled = [held for held in self.seen if held.minute >= TOLD_EVERY_MINUTES and held.music]
         for music in sorted({held.music for held in settled}):
             heard = [held for held in settled if held.music == music]
             first = [held for held in heard if held.minute <= heard[0].minute + TOLD_EVERY_MINUTES]
             last = [held for held in heard if held.minute >= heard[-1].minute - TOLD_EVERY_MINUTES]
-            early, late = median(held.memory for held in first), median(held.memory for held in last)
-            print(f"while {music} plays: {early:.0f} kB in minutes {first[0].minute:.0f} to {first[-1].minute:.0f}, "
-                  f"{late:.0f} kB in minutes {last[0].minute:.0f} to {last[-1].minute:.0f}, {late / early - 1:+.1%}")
+            early, late = (median(held.memory for held in part) for part in (first, last))
+            told = ", ".join(
+                f"{memory:.0f} kB in minutes {part[0].minute:.0f} to {part[-1].minute:.0f}"
+                for memory, part in ((early, first), (late, last))
+            )
+            print(f"while {music} plays: {told}, {late / early - 1:+.1%}")
 
 
 class Stalls:
@@ -100,8 +122,10 @@ class Stalls:
 
     def within(self, start, end):
         """The most milliseconds from `start` to `end` for which one of the processors stood."""
-        return max(overlap([map(int, line.split()) for line in path.read_text().splitlines()], start, end)
-                   for path in self.paths)
+        return max(
+            overlap([map(int, line.split()) for line in path.read_text().splitlines()], start, end)
+            for path in self.paths
+        )
 
 
 def overlap(spans, start, end):
@@ -161,7 +185,9 @@ class Player:
     def enter_name(self):
         if not self.desktop.windows("Login"):
             return
-        self.desktop.run("xdotool", "windowactivate", "--sync", str(self.desktop.windows("Login")[0]))
+        self.desktop.run(
+            "xdotool", "windowactivate", "--sync", str(self.desktop.windows("Login")[0])
+        )
         self.desktop.type("Endurance")
         self.desktop.key("Return")
         time.sleep(0.3)
@@ -204,7 +230,7 @@ class Player:
 
 
 def tell_long_frames(frames, stalls, choosing):
-    """One line for each frame over the limit but those that the chooser held, with what held it up."""
+    """One line for each frame over the limit, with what held it up; none if the chooser did."""
     told = held = 0
     start = frames.each()[0, 0]
     for begin, length, ran, faults in frames.each():
@@ -215,8 +241,11 @@ def tell_long_frames(frames, stalls, choosing):
             held += 1
             continue
         told += 1
-        print(f"minute {(begin - start) / 60e9:.1f}, a frame of {length:.0f} ms: its thread ran for {ran:.0f} ms, "
-              f"waited for {faults:.0f} pages from disk, and a processor stood for {stalls.within(begin, end):.0f} ms")
+        print(
+            f"minute {(begin - start) / 60e9:.1f}, a frame of {length:.0f} ms: its thread ran for "
+            f"{ran:.0f} ms, waited for {faults:.0f} pages from disk, and a processor stood for "
+            f"{stalls.within(begin, end):.0f} ms"
+        )
     print(f"frames over {LONG_FRAME_MS} ms: {told}, and {held} that the chooser held")
 
 

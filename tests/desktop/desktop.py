@@ -20,8 +20,7 @@ CELL = 64
 BOARD = 8
 SURFACE = (512, 576)
 PATIENCE = 15.0  # seconds until a thing that should come soon is given up
-MODES = {"Normal": 0, "Frantic": 1, "Marathon": 2, "Relaxed": 3}
-MODE_KEYS = {"Normal": (336, 76), "Frantic": (336, 108), "Marathon": (336, 142), "Relaxed": (336, 180)}
+MODES = {"Normal": 76, "Frantic": 108, "Marathon": 142, "Relaxed": 180}  # heights in the chooser
 CHOOSER = "Norvane Games Presents..."
 MAIN = "Glintworks"
 SAMPLE_RATE = 44100
@@ -36,7 +35,9 @@ def wait_for(what, condition, patience=PATIENCE, step=0.02):
         if answer:
             return answer
         time.sleep(step)
-    raise AssertionError(f"waited {patience:.0f} s in vain for {what}; {Desktop.picture_of_failure()}")
+    raise AssertionError(
+        f"waited {patience:.0f} s in vain for {what}; {Desktop.picture_of_failure()}"
+    )
 
 
 class Desktop:
@@ -58,7 +59,9 @@ class Desktop:
 
     def __enter__(self):
         self.folder = Path(tempfile.mkdtemp(prefix="glimmerfall-"))
-        self.env = {k: v for k, v in os.environ.items() if not k.startswith(("QT_", "ALSOFT", "PULSE"))}
+        self.env = {
+            k: v for k, v in os.environ.items() if not k.startswith(("QT_", "ALSOFT", "PULSE"))
+        }
         self.env.update(XDG_RUNTIME_DIR=str(self.folder), HOME=str(self.folder), LC_ALL="C.UTF-8")
         if self.scale:
             self.env["QT_SCALE_FACTOR"] = str(self.scale)
@@ -91,34 +94,42 @@ class Desktop:
         return process
 
     def run(self, *command, check=True):
-        return subprocess.run(command, env=self.env, check=check, capture_output=True, text=True).stdout
+        done = subprocess.run(command, env=self.env, check=check, capture_output=True, text=True)
+        return done.stdout
 
     def _start_screen(self):
         read, write = os.pipe()
-        self.spawn("Xvfb", "-displayfd", str(write), "-screen", "0", "%dx%dx24" % self.size,
-                   "-nolisten", "tcp", "-noreset", pass_fds=[write])
+        width, height = self.size
+        screen = f"-displayfd {write} -screen 0 {width}x{height}x24 -nolisten tcp -noreset"
+        self.spawn("Xvfb", *screen.split(), pass_fds=[write])
         os.close(write)
         with os.fdopen(read) as pipe:
             number = pipe.readline().strip()
         assert number, "the screen in memory did not start"
         self.display = ":" + number
         self.env["DISPLAY"] = self.display
-        log = open(self.folder / "openbox.log", "w+")
+        log = open(self.folder / "openbox.log", "w+", encoding="utf-8")
         manager = self.spawn("openbox", "--sm-disable", stdout=log, stderr=log)
 
         def manages():
-            assert manager.poll() is None, "the window manager ended: " + Path(log.name).read_text()
-            return "window id" in self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK", check=False)
+            assert manager.poll() is None, f"the window manager ended, see {log.name}"
+            shown = self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK", check=False)
+            return "window id" in shown
 
         with log:
             wait_for("the window manager", manages)
 
     def start_sound(self):
         self.sound_server = self.spawn(
-            "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no",
-            "-L", "module-null-sink sink_name=out rate=44100",
-            "-L", "module-native-protocol-unix")
-        wait_for("the sound server", lambda: "out" in self.run("pactl", "list", "short", "sinks", check=False))
+            *"pulseaudio -n --daemonize=no --exit-idle-time=-1 --use-pid-file=no".split(),
+            "--load=module-null-sink sink_name=out rate=44100",
+            "--load=module-native-protocol-unix",
+        )
+
+        def plays():
+            return "out" in self.run("pactl", "list", "short", "sinks", check=False)
+
+        wait_for("the sound server", plays)
 
     def record(self):
         """Starts a recording of all that is heard; its stop() gives samples from -1 to 1."""
@@ -128,8 +139,8 @@ class Desktop:
         return ImageGrab.grab(bbox=box, xdisplay=self.display).convert("RGB")
 
     def windows(self, title):
-        found = self.run("xdotool", "search", "--onlyvisible", "--name", f"^{title}$", check=False).split()
-        return [int(w) for w in found]
+        search = ("xdotool", "search", "--onlyvisible", "--name", f"^{title}$")
+        return [int(window) for window in self.run(*search, check=False).split()]
 
     def window(self, title, patience=PATIENCE):
         return wait_for(f"the window '{title}'", lambda: self.windows(title), patience)[0]
@@ -161,8 +172,8 @@ class Desktop:
 class Recording:
     def __init__(self, desktop):
         self.path = desktop.folder / "heard.wav"
-        self.process = desktop.spawn("parec", "-d", "out.monitor", "--file-format=wav", "--rate=44100",
-                                     "--channels=2", "--format=s16le", str(self.path))
+        form = "--file-format=wav --format=s16le --rate=44100 --channels=2"
+        self.process = desktop.spawn("parec", "-d", "out.monitor", *form.split(), str(self.path))
         wait_for("the recording", lambda: self.path.exists() and self.path.stat().st_size > 44)
 
     def stop(self):
@@ -204,8 +215,7 @@ class Game:
         """Picks a mode in the chooser and presses Start."""
         chooser = self.desktop.window(CHOOSER)
         left, top, _, _ = self.desktop.place(chooser)
-        x, y = MODE_KEYS[mode]
-        self.desktop.click(left + x * self.scale, top + y * self.scale)
+        self.desktop.click(left + 336 * self.scale, top + MODES[mode] * self.scale)
         time.sleep(0.1)
         self.desktop.click(left + 452 * self.scale, top + 292 * self.scale)
         wait_for("the chooser to go", lambda: not self.desktop.windows(CHOOSER))
@@ -239,7 +249,7 @@ class Game:
         return picture.resize(SURFACE, Image.BOX) if self.scale != 1 else picture
 
     def at_rest(self, patience=PATIENCE):
-        """The kinds of all cells, once two looks in a row agree and every cell holds a gem at rest."""
+        """The kinds of all cells, once two looks in a row agree and a gem rests in every cell."""
         last = []
 
         def look():
@@ -252,8 +262,8 @@ class Game:
 
     def point(self, cell):
         left, top = self.place()
-        return (left + (cell % BOARD * CELL + CELL / 2) * self.scale,
-                top + (cell // BOARD * CELL + CELL / 2) * self.scale)
+        row, column = divmod(cell, BOARD)
+        return left + (column + 0.5) * CELL * self.scale, top + (row + 0.5) * CELL * self.scale
 
     def click(self, cell, button=1):
         self.desktop.click(*self.point(cell), button)
@@ -267,9 +277,10 @@ class Game:
     def drag(self, a, b):
         ax, ay = self.point(a)
         bx, by = self.point(b)
-        self.desktop.run("xdotool", "mousemove", str(round(ax)), str(round(ay)), "mousedown", "1",
-                         "mousemove", str(round((ax + bx) / 2)), str(round((ay + by) / 2)),
-                         "mousemove", str(round(bx)), str(round(by)), "mouseup", "1")
+        way = f"mousemove {ax:.0f} {ay:.0f} mousedown 1 " + " ".join(
+            f"mousemove {x:.0f} {y:.0f}" for x, y in (((ax + bx) / 2, (ay + by) / 2), (bx, by))
+        )
+        self.desktop.run("xdotool", *way.split(), "mouseup", "1")
         self.desktop.move(2, 2)
 
     def ended(self, patience=PATIENCE):
@@ -284,15 +295,19 @@ class Sprites:
     """Reads gems back from a picture of the board."""
 
     def __init__(self, folder):
-        sheet = np.asarray(Image.open(folder / "images/gemsheet1024x512.bmp").convert("RGB")).astype(np.int16)
-        board = np.asarray(Image.open(folder / "images/Board.bmp").convert("RGB")).astype(np.int16)
+        sheet, board = (
+            np.asarray(Image.open(folder / "images" / name).convert("RGB")).astype(np.int16)
+            for name in ("gemsheet1024x512.bmp", "Board.bmp")
+        )
         self.board = board
-        self.rest = [self._on_board(sheet[k * CELL:(k + 1) * CELL, :CELL], board) for k in range(8)]
+        self.rest = [
+            self._on_board(sheet[k * CELL : (k + 1) * CELL, :CELL], board) for k in range(8)
+        ]
 
     @staticmethod
     def _on_board(sprite, board):
         solid = sprite.any(axis=2)[..., None]
-        cells = [board[i // BOARD * CELL:, i % BOARD * CELL:][:CELL, :CELL] for i in range(64)]
+        cells = [board[i // BOARD * CELL :, i % BOARD * CELL :][:CELL, :CELL] for i in range(64)]
         return [np.where(solid, sprite, cell) for cell in cells]
 
     def is_empty(self, picture):
@@ -307,7 +322,7 @@ class Sprites:
         pixels = np.asarray(picture).astype(np.int16)
         kinds = []
         for i in range(64):
-            cell = pixels[i // BOARD * CELL:, i % BOARD * CELL:][:CELL, :CELL]
+            cell = pixels[i // BOARD * CELL :, i % BOARD * CELL :][:CELL, :CELL]
             errors = [np.abs(cell - rest[i])[9:55, 9:55].mean() for rest in self.rest]
             best = int(np.argmin(errors))
             kinds.append(best if errors[best] < tolerance else None)
@@ -317,9 +332,10 @@ class Sprites:
 def runs(kinds):
     """Cells that stand in a run of three or more."""
     found = set()
-    for line in [[x + 8 * y for x in range(8)] for y in range(8)] + [[x + 8 * y for y in range(8)] for x in range(8)]:
+    rows = [[x + 8 * y for x in range(8)] for y in range(8)]
+    for line in (*rows, *zip(*rows)):
         for i in range(6):
-            triple = line[i:i + 3]
+            triple = line[i : i + 3]
             if len({kinds[c] for c in triple}) == 1:
                 found.update(triple)
     return found

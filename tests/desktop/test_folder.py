@@ -51,13 +51,17 @@ class MovedFolder(RealProgram):
     def test_menu_entry_and_metadata_are_valid_and_the_entry_goes_again(self):
         data = self.desktop.folder / "data"
         environment = os.environ | {"XDG_DATA_HOME": str(data)}
-        change = lambda word: subprocess.run([self.game.folder / "menu-entry", word], env=environment,
-                                             check=True, capture_output=True)
+
+        def change(word):
+            command = [self.game.folder / "menu-entry", word]
+            subprocess.run(command, env=environment, check=True, capture_output=True)
+
         change("add")
         entry = data / f"applications/{ENTRY}.desktop"
         subprocess.run(["desktop-file-validate", entry], check=True)
-        subprocess.run(["appstreamcli", "validate", "--no-net", self.game.folder / f"share/{ENTRY}.metainfo.xml"],
-                       check=True, capture_output=True)
+        metainfo = self.game.folder / f"share/{ENTRY}.metainfo.xml"
+        validate = ("appstreamcli", "validate", "--no-net", metainfo)
+        subprocess.run(validate, check=True, capture_output=True)
         self.assertEqual(len(list(data.glob(f"icons/hicolor/*/apps/{ENTRY}.png"))), 6)
         self.desktop.spawn("gio", "launch", str(entry))
         self.desktop.window(CHOOSER)
@@ -97,8 +101,13 @@ class Command(test_game.unittest.TestCase):
         home = self.root / player
         home.mkdir(exist_ok=True)
         environment = {key: value for key, value in os.environ.items() if key != "XDG_DATA_HOME"}
-        result = subprocess.run([*before, self.system / "games/glimmerfall"], capture_output=True,
-                                text=True, check=True, env=environment | {"HOME": str(home)})
+        result = subprocess.run(
+            [*before, self.system / "games/glimmerfall"],
+            capture_output=True,
+            text=True,
+            check=True,
+            env=environment | {"HOME": str(home)},
+        )
         return Path(result.stdout.strip()).parent, result.stderr
 
     def test_renews_what_it_laid_and_nothing_of_the_player(self):
@@ -118,10 +127,22 @@ class Command(test_game.unittest.TestCase):
         laid, mine = True, False
         story = (
             ("first use", lambda: None, {a: laid, b: laid, c: laid}),
-            ("a score", lambda: (own / "score1.gwk").write_bytes(struct.pack("<d", 987)), {a: laid, b: laid, c: laid}),
-            ("a track added", (music / "new.mp3").touch, {a: laid, b: laid, c: laid, "new.mp3": mine}),
+            (
+                "a score",
+                lambda: (own / "score1.gwk").write_bytes(struct.pack("<d", 987)),
+                {a: laid, b: laid, c: laid},
+            ),
+            (
+                "a track added",
+                (music / "new.mp3").touch,
+                {a: laid, b: laid, c: laid, "new.mp3": mine},
+            ),
             ("a track taken away", (music / a).unlink, {b: laid, c: laid, "new.mp3": mine}),
-            ("a track replaced", lambda: ((music / b).unlink(), (music / b).touch()), {b: mine, c: laid, "new.mp3": mine}),
+            (
+                "a track replaced",
+                lambda: ((music / b).unlink(), (music / b).touch()),
+                {b: mine, c: laid, "new.mp3": mine},
+            ),
             ("an upgrade", upgrade, {b: mine, "new.mp3": mine, "newer.mp3": laid}),
         )
         for what, act, tracks in story:
@@ -133,7 +154,9 @@ class Command(test_game.unittest.TestCase):
                 after = {path.name: path.read_bytes() for path in own.glob("score*")}
                 self.assertEqual(after, scores or after)
                 self.assertEqual(len(after), 80)
-                self.assertTrue((own / "images/Board.bmp").exists() and (own / "sounds/select.wav").exists())
+                self.assertTrue(
+                    (own / "images/Board.bmp").exists() and (own / "sounds/select.wav").exists()
+                )
 
     def test_two_players_have_two_folders(self):
         folders = {self.start(player)[0] for player in ("ann", "ben")}
@@ -166,7 +189,8 @@ class LaidOutFolder(RealProgram):
         wait_for("the table to be read", (own / "scorere1.gwk").exists)
         shown = self.desktop.run("xprop", "-id", str(self.desktop.window(MAIN)), "WM_CLASS")
         entry = (Path(system) / f"share/applications/{ENTRY}.desktop").read_text()
-        self.assertIn('"%s"' % entry.split("StartupWMClass=")[1].strip(), shown)
+        named = entry.split("StartupWMClass=")[1].strip()
+        self.assertIn(f'"{named}"', shown)
 
 
 if __name__ == "__main__":
