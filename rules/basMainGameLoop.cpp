@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "rules/basMainGameLoop.h"
 
+#include "display/basBoardCursor.h"
 #include "display/basBoardText.h"
 #include "display/basDirectDrawStuff.h"
 #include "display/basDisplayingGemsAndTarget.h"
@@ -70,6 +71,7 @@ void DrawScene() {
   } else {
     DrawGems();
   }
+  DrawCursor();
   DrawStatus();
 }
 

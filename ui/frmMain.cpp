@@ -15,6 +15,7 @@
 #include "platform/Messages.h"
 #include "platform/Program.h"
 #include "platform/desktop/BoardView.h"
+#include "rules/basBoardKeys.h"
 #include "rules/basGameClock.h"
 #include "rules/basHint.h"
 #include "rules/basInitializingGameBoard.h"
@@ -88,9 +89,11 @@ frmMain::frmMain() {
   setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                  Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                  Qt::WindowCloseButtonHint);
-  picBoard = new platform::desktop::BoardView(this, {MouseDown, MouseMove, MouseUp, Click});
+  picBoard = new platform::desktop::BoardView(
+      this, {MouseDown, MouseMove, MouseUp, Click, KeyDown, HideCursor});
   picBoard->setFixedSize(kSurfaceWidth, kSurfaceHeight);
   setCentralWidget(picBoard);
+  picBoard->setFocus();
   CreateMenus();
   CreateStatusLine();
   layout()->setSizeConstraint(QLayout::SetFixedSize);

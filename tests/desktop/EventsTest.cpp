@@ -35,10 +35,13 @@ using desktop::BoardView;
 
 std::ostringstream told;
 
-constexpr desktop::BoardMouse kMouse = {
+constexpr desktop::BoardInput kInput = {
     [](float x, float y) { told << "down " << x << ',' << y << "; "; },
-    [](float x, float y) { told << "move " << x << ',' << y << "; "; }, [] { told << "up; "; },
-    [] { told << "click; "; }};
+    [](float x, float y) { told << "move " << x << ',' << y << "; "; },
+    [] { told << "up; "; },
+    [] { told << "click; "; },
+    [](Key key) { told << "key " << static_cast<int>(key) << "; "; },
+    [] { told << "pointer; "; }};
 
 std::string Told() {
   std::string text = told.str();
@@ -48,7 +51,7 @@ std::string Told() {
 
 class View : public testing::Test {
  protected:
-  View() : view(nullptr, kMouse) {
+  View() : view(nullptr, kInput) {
     view.setFixedSize(512, 576);
     view.show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
@@ -92,6 +95,27 @@ TEST_F(View, EveryMotionOfAQuickDragArrives) {
   }
   LetEventsRun();
   EXPECT_EQ(Told(), expected);
+}
+
+// What the menu needs, and what no game key is, stays with the toolkit.
+TEST_F(View, ReportsItsKeysAndTheMotionThatFollowsThem) {
+  const auto moveTo = [&](int x) { QTest::mouseMove(Window(), QPoint(x, 30)); };
+  moveTo(20);
+  for (const auto key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_Home,
+                         Qt::Key_End, Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Space,
+                         Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape, Qt::Key_A})
+    QTest::keyClick(Window(), key, key == Qt::Key_Enter ? Qt::KeypadModifier : Qt::NoModifier);
+  QTest::keyClick(Window(), Qt::Key_Left, Qt::ControlModifier);
+  EXPECT_EQ(Told(),
+            "key 0; key 1; key 2; key 3; key 4; key 5; key 6; key 7; key 8; key 8; key 8; key 9; ");
+  for (const auto key : {Qt::Key_Up, Qt::Key_Space}) {
+    QKeyEvent held(QEvent::KeyPress, key, Qt::NoModifier, {}, true);
+    QCoreApplication::sendEvent(&view, &held);
+  }
+  EXPECT_EQ(Told(), "key 2; ") << "a held space bar is one press";
+  moveTo(40);
+  moveTo(60);
+  EXPECT_EQ(Told(), "pointer; ");
 }
 
 TEST_F(View, ShowsTheFrameItWasHanded) {

@@ -161,6 +161,10 @@ class Desktop:
     def key(self, *keys):
         self.run("xdotool", "key", *keys)
 
+    def active(self):
+        """The title of the window that takes the keys."""
+        return self.run("xdotool", "getactivewindow", "getwindowname", check=False).strip()
+
     def close(self, title):
         """Uses the close box of a window; a hot key of the window manager can get lost."""
         self.run("wmctrl", "-i", "-c", hex(self.window(title)))
@@ -220,6 +224,11 @@ class Game:
         self.desktop.click(left + 452 * self.scale, top + 292 * self.scale)
         wait_for("the chooser to go", lambda: not self.desktop.windows(CHOOSER))
 
+    def choose_by_keys(self, mode):
+        wait_for("the chooser to take keys", lambda: self.desktop.active() == CHOOSER)
+        self.desktop.key("Tab", "Tab", "space", *["Down"] * list(MODES).index(mode), "Return")
+        wait_for("the chooser to go", lambda: not self.desktop.windows(CHOOSER))
+
     def play(self, mode):
         """Starts the program and a game, and waits until the board stands."""
         self.start()
@@ -273,6 +282,11 @@ class Game:
         self.click(a)
         self.click(b)
         self.desktop.move(2, 2)
+
+    def swap_by_keys(self, a, b):
+        """Goes to the cell from the corner, picks it and swaps it with its neighbour."""
+        arrow = {1: "Right", -1: "Left", BOARD: "Down", -BOARD: "Up"}[b - a]
+        self.desktop.key("Home", "Page_Up", *["Right"] * (a % BOARD), *["Down"] * (a // BOARD), "Return", arrow)
 
     def drag(self, a, b):
         ax, ay = self.point(a)

@@ -49,10 +49,9 @@ class FranticRound(RealProgram):
         wait_for("the end of the game", self.empty_board, FRANTIC_SECONDS + END_SECONDS)
 
     def test_round_with_a_high_score(self):
-        self.game.swap(*legal_swap(self.game.at_rest()))
+        self.game.swap_by_keys(*legal_swap(self.game.at_rest()))
         self.run_out()
-        self.desktop.window("Login", END_SECONDS)
-        time.sleep(0.3)
+        wait_for("the name to take keys", lambda: self.desktop.active() == "Login")
         self.desktop.type("Ruby Opal")
         self.desktop.key("Return")
         self.desktop.window("High Scores...")

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The drawing, by what it asks of the surfaces: set-up and release, gems with their trims, the
 // marker, the status strip.
+#include "display/basBoardCursor.h"
 #include "display/basBoardText.h"
 #include "display/basDirectDrawStuff.h"
 #include "display/basDisplayingGemsAndTarget.h"
@@ -157,6 +158,29 @@ TEST_F(Drawing, MarkersOfASwapSlideWithTheGems) {
                                       "Blt back 256,124,320,188 Target.bmp 0,0,64,64 keyed"}));
   EXPECT_EQ(targetFrame, 5);
   EXPECT_EQ(targetDelay, 0);
+}
+
+TEST_F(Drawing, CursorStandsInTheCornersOfItsCellWhileGemsStand) {
+  for (const GameState state : {stateIdle, stateShaking, stateFlyOut, stateEndMessage}) {
+    gameState = state;
+    boardCursor = {false, 2, 1};
+    DrawCursor();
+    EXPECT_EQ(Take("").size(), 0U);
+    boardCursor.shown = true;
+    DrawCursor();
+    const std::vector<std::string> boxes = Take("Box");
+    if (state == stateFlyOut || state == stateEndMessage) {
+      EXPECT_TRUE(boxes.empty());
+      continue;
+    }
+    ASSERT_EQ(boxes.size(), 16U);
+    EXPECT_EQ(boxes.front(), "Box 128,64,147,70");
+    EXPECT_EQ(boxes.back(), "Box 187,110,191,127");
+  }
+  gameState = stateIdle;
+  RunFrame();
+  const std::vector<std::string> frame = Take("B");
+  EXPECT_TRUE(frame[65].starts_with("Box 128,64")) << "over the picture and the 64 gems";
 }
 
 TEST_F(Drawing, StatusStripStandsInItsPlace) {

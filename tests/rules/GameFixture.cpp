@@ -7,8 +7,10 @@
 #include <set>
 #include <sstream>
 
+#include "display/basBoardCursor.h"
 #include "display/basBoardText.h"
 #include "display/basDirectDrawStuff.h"
+#include "rules/basBoardKeys.h"
 #include "rules/basGameClock.h"
 #include "rules/basHint.h"
 #include "rules/basMainGameLoop.h"
@@ -28,6 +30,7 @@ void StartScriptedGame(std::uint64_t seed) {
   ReleaseAll();
   ResetGameState();
   ResetDisplay();
+  boardCursor = {};
   boardBitmapPath = "images/Board.bmp";
   gemSheetPath = "images/gemsheet1024x512.bmp";
   targetBitmapPath = "images/Target.bmp";
@@ -99,7 +102,22 @@ float32 MiddleY(int cell) {
   return static_cast<float32>(row * 64 + 32);
 }
 
+// In the order of platform::Key.
+constexpr const char* kKeyWords[] = {"keyleft",  "keyright", "keyup",     "keydown",
+                                     "keyhome",  "keyend",   "keypageup", "keypagedown",
+                                     "keyenter", "keyescape"};
+
+// A key that the word names, once or as often as its number says.
+bool PressKeyOf(const std::string& verb, int number) {
+  const auto* const word = std::find(std::begin(kKeyWords), std::end(kKeyWords), verb);
+  if (word == std::end(kKeyWords)) return false;
+  for (int i = 0; i < std::max(1, number); ++i)
+    KeyDown(static_cast<platform::Key>(word - std::begin(kKeyWords)));
+  return true;
+}
+
 void PerformWord(const std::string& verb, int number) {
+  if (PressKeyOf(verb, number)) return;
   if (verb == "down") return MouseDown(MiddleX(number), MiddleY(number));
   if (verb == "move") return MouseMove(MiddleX(number), MiddleY(number));
   if (verb == "up") return MouseUp();

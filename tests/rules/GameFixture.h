@@ -35,7 +35,8 @@ std::vector<int> BoardIds();
 void PressAndRelease(int cell);
 
 /// Plays words such as "down12 move13 up pick12 hint pause new click frames5": the number of a word
-/// is the cell under the mouse, or how many frames to run. "pick" is press, release and click.
+/// is the cell under the mouse, or how many frames to run, or how often to press a key such as
+/// "keyleft2". "pick" is press, release and click.
 void Perform(const std::string& words);
 
 /// The effects played since the last call, as "select badswap".
