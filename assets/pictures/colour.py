@@ -9,20 +9,32 @@ severity; WCAG 2.1 for the contrast ratio.
 import numpy as np
 
 LUMINANCE = np.array([0.2126, 0.7152, 0.0722])
-SRGB_TO_XYZ = np.array([[0.4124, 0.3576, 0.1805],
-                        [0.2126, 0.7152, 0.0722],
-                        [0.0193, 0.1192, 0.9505]])
+SRGB_TO_XYZ = np.array(
+    [[0.4124, 0.3576, 0.1805], [0.2126, 0.7152, 0.0722], [0.0193, 0.1192, 0.9505]]
+)
 D65 = np.array([0.95047, 1.0, 1.08883])
 DEFICIENCIES = {
-    'protan': np.array([[0.152286, 1.052583, -0.204868],
-                        [0.114503, 0.786281, 0.099216],
-                        [-0.003882, -0.048116, 1.051998]]),
-    'deutan': np.array([[0.367322, 0.860646, -0.227968],
-                        [0.280085, 0.672501, 0.047413],
-                        [-0.011820, 0.042940, 0.968881]]),
-    'tritan': np.array([[1.255528, -0.076749, -0.178779],
-                        [-0.078411, 0.930809, 0.147602],
-                        [0.004733, 0.691367, 0.303900]]),
+    "protan": np.array(
+        [
+            [0.152286, 1.052583, -0.204868],
+            [0.114503, 0.786281, 0.099216],
+            [-0.003882, -0.048116, 1.051998],
+        ]
+    ),
+    "deutan": np.array(
+        [
+            [0.367322, 0.860646, -0.227968],
+            [0.280085, 0.672501, 0.047413],
+            [-0.011820, 0.042940, 0.968881],
+        ]
+    ),
+    "tritan": np.array(
+        [
+            [1.255528, -0.076749, -0.178779],
+            [-0.078411, 0.930809, 0.147602],
+            [0.004733, 0.691367, 0.303900],
+        ]
+    ),
 }
 
 
@@ -35,8 +47,7 @@ def to_linear(srgb8):
 def to_srgb(linear):
     """Unrounded sRGB values, 0 to 255, of linear light; clips what lies outside."""
     value = np.clip(linear, 0.0, 1.0)
-    return 255.0 * np.where(value <= 0.0031308, value * 12.92,
-                            1.055 * value ** (1 / 2.4) - 0.055)
+    return 255.0 * np.where(value <= 0.0031308, value * 12.92, 1.055 * value ** (1 / 2.4) - 0.055)
 
 
 def to_bytes(linear):
@@ -60,7 +71,7 @@ def lab(linear):
 def luminance_of_lightness(lightness):
     """Relative luminance that has the given L*, 0 to 100."""
     root = (lightness + 16) / 116
-    return root ** 3 if root ** 3 > 216 / 24389 else lightness * 27 / 24389
+    return root**3 if root**3 > 216 / 24389 else lightness * 27 / 24389
 
 
 def simulate(linear, deficiency):
@@ -76,4 +87,4 @@ def contrast(first, second):
 
 def hex_linear(text):
     """Linear RGB of a colour written like 1d2547."""
-    return to_linear([int(text[i:i + 2], 16) for i in (0, 2, 4)])
+    return to_linear([int(text[i : i + 2], 16) for i in (0, 2, 4)])

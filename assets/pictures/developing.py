@@ -8,17 +8,17 @@ argument pixel says how many samples such a pixel has.
 import numpy as np
 from scipy import ndimage
 
-import colour
-import painting
+from pictures import colour
+from pictures import painting
 
-EXPOSURE = 0.4              # of gem_materials.inc
-GEM_BEHIND = 0.1            # red of pass 1 above which there is gem, behind edges too
+EXPOSURE = 0.4  # of gem_materials.inc
+GEM_BEHIND = 0.1  # red of pass 1 above which there is gem, behind edges too
 SHADE_FLOOR, SHADE_GAIN = 0.58, 0.86
-CLARITY, CLARITY_REACH = 0.55, 6.0          # strength and reach of the local contrast
+CLARITY, CLARITY_REACH = 0.55, 6.0  # strength and reach of the local contrast
 EDGE_STRENGTH, EDGE_WHITE = 0.42, 0.45
-CONTOUR, CONTOUR_WIDTH = 0.55, 2.4          # light left at the outline, pixels until it is full
-KNEE = 0.62                 # linear value above which highlights are compressed
-GLINT_FROM, GLINT_FULL = 0.10, 0.55         # blurred highlight that starts and that fills a glint
+CONTOUR, CONTOUR_WIDTH = 0.55, 2.4  # light left at the outline, pixels until it is full
+KNEE = 0.62  # linear value above which highlights are compressed
+GLINT_FROM, GLINT_FULL = 0.10, 0.55  # blurred highlight that starts and that fills a glint
 GLINT_RAY, GLINT_WIDTH, GLINT_CORE = 9.0, 0.6, 1.2
 
 
@@ -27,7 +27,8 @@ def _sharpen_facets(picture, mask, pixel):
     light = colour.luminance(picture) * mask
     reach = CLARITY_REACH * pixel
     around = ndimage.gaussian_filter(light, reach) / np.maximum(
-        ndimage.gaussian_filter(mask.astype(float), reach), 1e-6)
+        ndimage.gaussian_filter(mask.astype(float), reach), 1e-6
+    )
     return picture * (np.clip(light / np.maximum(around, 1e-4), 0.2, 3) ** CLARITY)[..., None]
 
 

@@ -9,10 +9,10 @@ import math
 
 CELL_HALF = 1.19
 # In the order of the sheet's rows and of the arrays in gem_materials.inc.
-NAMES = ('round', 'emerald', 'lozenge', 'trillion', 'marquise', 'pear', 'star', 'heart')
+NAMES = ("round", "emerald", "lozenge", "trillion", "marquise", "pear", "star", "heart")
 EDGE_RADIUS = 0.0125
-SHARP_EDGE = 0.985          # cosine between neighbour facets above which no edge is drawn
-SUBDIVISION = 3             # girdle points between two facet corners
+SHARP_EDGE = 0.985  # cosine between neighbour facets above which no edge is drawn
+SUBDIVISION = 3  # girdle points between two facet corners
 
 
 def _polygon(points):
@@ -25,6 +25,7 @@ def _polygon(points):
         f = at - i
         (ax, ay), (bx, by) = points[i], points[(i + 1) % count]
         return ax + (bx - ax) * f, ay + (by - ay) * f
+
     return curve
 
 
@@ -34,8 +35,9 @@ def _circle(radius):
 
 def _bulged_triangle(radius, bulge, drop):
     """Equilateral triangle, point up, with sides that swell by the share bulge of their length."""
-    corners = [(radius * math.sin(a), radius * math.cos(a))
-               for a in (0, 2 * math.pi / 3, 4 * math.pi / 3)]
+    corners = [
+        (radius * math.sin(a), radius * math.cos(a)) for a in (0, 2 * math.pi / 3, 4 * math.pi / 3)
+    ]
 
     def curve(t):
         at = (t % 1.0) * 3
@@ -43,14 +45,17 @@ def _bulged_triangle(radius, bulge, drop):
         f = at - i
         (ax, ay), (bx, by) = corners[i], corners[(i + 1) % 3]
         swell = bulge * 4 * f * (1 - f)
-        return (ax + (bx - ax) * f - (by - ay) * swell,
-                ay + (by - ay) * f + (bx - ax) * swell + drop)
+        return (
+            ax + (bx - ax) * f - (by - ay) * swell,
+            ay + (by - ay) * f + (bx - ax) * swell + drop,
+        )
+
     return curve
 
 
 def _lens(half_width, half_height):
     """Two circular arcs that meet in points at left and right, starting at the right one."""
-    radius = (half_width ** 2 + half_height ** 2) / (2 * half_height)
+    radius = (half_width**2 + half_height**2) / (2 * half_height)
     half_angle = math.asin(half_width / radius)
 
     def curve(t):
@@ -59,6 +64,7 @@ def _lens(half_width, half_height):
         angle = half_angle * (1 - 2 * f)
         x, y = radius * math.sin(angle), radius * math.cos(angle) - radius + half_height
         return (x, -y) if t < 0.5 else (-x, y)
+
     return curve
 
 
@@ -66,6 +72,7 @@ def _drop(half_width, half_height):
     def curve(t):
         a = 2 * math.pi * t
         return (half_width * math.sin(a) * abs(math.sin(a / 2)) ** 1.25, half_height * math.cos(a))
+
     return curve
 
 
@@ -73,8 +80,9 @@ def _heart(scale, lift):
     def curve(t):
         a = 2 * math.pi * t
         x = 16 * math.sin(a) ** 3
-        y = (13 * math.cos(a) - 5 * math.cos(2 * a) - 2 * math.cos(3 * a) - math.cos(4 * a))
+        y = 13 * math.cos(a) - 5 * math.cos(2 * a) - 2 * math.cos(3 * a) - math.cos(4 * a)
         return x * scale, y * scale + lift
+
     return curve
 
 
@@ -82,15 +90,24 @@ def _star(outer, inner, drop):
     points = []
     for i in range(10):
         radius = inner if i % 2 else outer
-        points.append((radius * math.sin(math.pi * i / 5),
-                       radius * math.cos(math.pi * i / 5) + drop))
+        points.append(
+            (radius * math.sin(math.pi * i / 5), radius * math.cos(math.pi * i / 5) + drop)
+        )
     return _polygon(points)
 
 
 def _octagon(half_width, half_height, cut):
     w, h = half_width, half_height
-    return [(w - cut, h), (w, h - cut), (w, cut - h), (w - cut, -h),
-            (cut - w, -h), (-w, cut - h), (-w, h - cut), (cut - w, h)]
+    return [
+        (w - cut, h),
+        (w, h - cut),
+        (w, cut - h),
+        (w - cut, -h),
+        (cut - w, -h),
+        (-w, cut - h),
+        (-w, h - cut),
+        (cut - w, h),
+    ]
 
 
 class Mesh:
@@ -114,8 +131,11 @@ class Mesh:
             for i in range(3):
                 ends = tuple(sorted((_rounded(face[i]), _rounded(face[(i + 1) % 3]))))
                 sides.setdefault(ends, []).append(normal)
-        return [ends for ends, normals in sides.items()
-                if len(normals) == 2 and _dot(*normals) < SHARP_EDGE and not _in_girdle(ends)]
+        return [
+            ends
+            for ends, normals in sides.items()
+            if len(normals) == 2 and _dot(*normals) < SHARP_EDGE and not _in_girdle(ends)
+        ]
 
 
 def _rounded(point):
@@ -166,12 +186,24 @@ def _add_halves(mesh, ring, girdle, count):
     step = 2 * SUBDIVISION
     for i in range(count):
         for k in range(step):
-            mesh.add(ring[i], girdle[(i * step + k) % len(girdle)],
-                     girdle[(i * step + k + 1) % len(girdle)])
+            mesh.add(
+                ring[i],
+                girdle[(i * step + k) % len(girdle)],
+                girdle[(i * step + k + 1) % len(girdle)],
+            )
 
 
-def cut_brilliant(curve, mains, centre=(0.0, 0.0), table=0.54, bezel=0.80, crown=0.38,
-                  girdle=0.045, pavilion=0.62, lower=0.42):
+def cut_brilliant(
+    curve,
+    mains,
+    centre=(0.0, 0.0),
+    table=0.54,
+    bezel=0.80,
+    crown=0.38,
+    girdle=0.045,
+    pavilion=0.62,
+    lower=0.42,
+):
     """A table, stars, kites and halves over any outline; a point at the back."""
     mesh = Mesh()
     spread = math.cos(math.pi / mains)
@@ -182,8 +214,8 @@ def cut_brilliant(curve, mains, centre=(0.0, 0.0), table=0.54, bezel=0.80, crown
     front = [_scaled(curve, centre, 1, k / count, -girdle) for k in range(count)]
     back = [_scaled(curve, centre, 1, k / count, girdle) for k in range(count)]
     tables = [_scaled(curve, centre, table, i / mains, -crown) for i in range(mains)]
-    bezels = [_scaled(curve, centre, bezel, (i + .5) / mains, -bezel_height) for i in range(mains)]
-    lowers = [_scaled(curve, centre, lower, (i + .5) / mains, lower_height) for i in range(mains)]
+    bezels = [_scaled(curve, centre, bezel, (i + 0.5) / mains, -bezel_height) for i in range(mains)]
+    lowers = [_scaled(curve, centre, lower, (i + 0.5) / mains, lower_height) for i in range(mains)]
     culet, eye = (*centre, pavilion), (*centre, -crown)
     for i in range(mains):
         j = (i + 1) % mains
@@ -227,8 +259,11 @@ def cut_steps(points, crown_steps, pavilion_steps, girdle=0.045):
             inner = [(x, y, sign * height) for x, y in _inset(points, distance)]
             _add_girdle_band(mesh, ring, inner)
             ring = inner
-        middle = (sum(p[0] for p in ring) / len(ring), sum(p[1] for p in ring) / len(ring),
-                  ring[0][2])
+        middle = (
+            sum(p[0] for p in ring) / len(ring),
+            sum(p[1] for p in ring) / len(ring),
+            ring[0][2],
+        )
         for i in range(len(ring)):
             mesh.add(middle, ring[i], ring[(i + 1) % len(ring)])
     return mesh
@@ -237,38 +272,58 @@ def cut_steps(points, crown_steps, pavilion_steps, girdle=0.045):
 def cut_gem(name):
     """The mesh of the named cut."""
     makers = {
-        'round': lambda: cut_brilliant(_circle(1.06), 8, table=0.53, bezel=0.82),
-        'emerald': lambda: cut_steps(_octagon(0.73, 1.10, 0.33), ((0.17, 0.25), (0.33, 0.38)),
-                                     ((0.18, 0.28), (0.37, 0.47), (0.54, 0.60))),
-        'lozenge': lambda: cut_brilliant(_polygon([(0, 1.1), (1.1, 0), (0, -1.1), (-1.1, 0)]), 4,
-                                         table=0.52, bezel=0.86, crown=0.40, lower=0.5),
-        'trillion': lambda: cut_brilliant(_bulged_triangle(1.21, 0.125, -0.13), 6, (0, -0.13),
-                                          table=0.52, bezel=0.82),
-        'marquise': lambda: cut_brilliant(_lens(1.11, 0.60), 6, table=0.52, bezel=0.80,
-                                          crown=0.36, pavilion=0.5),
-        'pear': lambda: cut_brilliant(_drop(1.10, 1.08), 8, (0, -0.32), table=0.54, bezel=0.82),
-        'star': lambda: cut_brilliant(_star(1.15, 0.60, -0.08), 5, (0, -0.08), table=0.46,
-                                      bezel=0.80, crown=0.40, lower=0.5, pavilion=0.5),
-        'heart': lambda: cut_brilliant(_heart(1.07 / 16.2, 0.13), 8, (0, 0.12), table=0.52,
-                                       bezel=0.80, crown=0.38),
+        "round": lambda: cut_brilliant(_circle(1.06), 8, table=0.53, bezel=0.82),
+        "emerald": lambda: cut_steps(
+            _octagon(0.73, 1.10, 0.33),
+            ((0.17, 0.25), (0.33, 0.38)),
+            ((0.18, 0.28), (0.37, 0.47), (0.54, 0.60)),
+        ),
+        "lozenge": lambda: cut_brilliant(
+            _polygon([(0, 1.1), (1.1, 0), (0, -1.1), (-1.1, 0)]),
+            4,
+            table=0.52,
+            bezel=0.86,
+            crown=0.40,
+            lower=0.5,
+        ),
+        "trillion": lambda: cut_brilliant(
+            _bulged_triangle(1.21, 0.125, -0.13), 6, (0, -0.13), table=0.52, bezel=0.82
+        ),
+        "marquise": lambda: cut_brilliant(
+            _lens(1.11, 0.60), 6, table=0.52, bezel=0.80, crown=0.36, pavilion=0.5
+        ),
+        "pear": lambda: cut_brilliant(_drop(1.10, 1.08), 8, (0, -0.32), table=0.54, bezel=0.82),
+        "star": lambda: cut_brilliant(
+            _star(1.15, 0.60, -0.08),
+            5,
+            (0, -0.08),
+            table=0.46,
+            bezel=0.80,
+            crown=0.40,
+            lower=0.5,
+            pavilion=0.5,
+        ),
+        "heart": lambda: cut_brilliant(
+            _heart(1.07 / 16.2, 0.13), 8, (0, 0.12), table=0.52, bezel=0.80, crown=0.38
+        ),
     }
     return makers[name]()
 
 
 def _vector(point):
-    return '<%.6f,%.6f,%.6f>' % point
+    return "<" + ",".join(f"{c:.6f}" for c in point) + ">"
 
 
 def write_meshes(path):
     """Writes every cut as Gem_<name> and its edges as Edges_<name> for the ray tracer."""
-    with open(path, 'w', encoding='ascii') as out:
+    with open(path, "w", encoding="ascii") as out:
         for name in NAMES:
             mesh = cut_gem(name)
-            out.write('#declare Gem_%s = mesh {\n' % name)
+            out.write(f"#declare Gem_{name} = mesh {{\n")
             for face in mesh.faces:
-                out.write(' triangle{%s}\n' % ','.join(_vector(p) for p in face))
-            out.write(' inside_vector <0.013,0.997,0.02>\n}\n')
-            out.write('#declare Edges_%s = union {\n' % name)
+                out.write(f" triangle{{{','.join(_vector(p) for p in face)}}}\n")
+            out.write(" inside_vector <0.013,0.997,0.02>\n}\n")
+            out.write(f"#declare Edges_{name} = union {{\n")
             for a, b in sorted(mesh.edges()):
-                out.write(' cylinder{%s,%s,%g}\n' % (_vector(a), _vector(b), EDGE_RADIUS))
-            out.write('}\n')
+                out.write(f" cylinder{{{_vector(a)},{_vector(b)},{EDGE_RADIUS:g}}}\n")
+            out.write("}\n")

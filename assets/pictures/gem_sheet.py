@@ -6,38 +6,36 @@ a gem or is (0,0,0).  Border pixels that a gem covers in part are blended into a
 shade as dark as the board's cells, which smooths the outline on the board.
 """
 import concurrent.futures
-import os
 
 import numpy as np
 from scipy import ndimage
 
-import colour
-import developing
-import painting
-import tracer
+from pictures import colour
+from pictures import developing
+from pictures import painting
+from pictures import tracer
 
 CELL = 64
 KINDS = 8
 FRAMES = tracer.FRAMES
-SHEETS = ((1, 'gemsheet1024x512.bmp'), (2, 'gemsheet1024x512@2x.png'))      # by scale factor
-SAMPLES = 8                 # traced samples a logical pixel along each axis
-ON_COVERAGE = 0.22          # a pixel that a gem covers less than this stays outside
-RIM_DARKEST, RIM_LIGHTEST = 21.0, 62.0      # L* of a border pixel
-BORDER_SHADE = 0.035        # linear value that a half covered pixel is blended into
+SHEETS = painting.sizes("gemsheet1024x512.bmp")
+SAMPLES = 8  # traced samples a logical pixel along each axis
+ON_COVERAGE = 0.22  # a pixel that a gem covers less than this stays outside
+RIM_DARKEST, RIM_LIGHTEST = 21.0, 62.0  # L* of a border pixel
+BORDER_SHADE = 0.035  # linear value that a half covered pixel is blended into
 
 
 def trace_frames(scratch, first, last):
     """Renders both passes of the frames first to last, 0 to 127, into the scratch folder."""
     side = CELL * SAMPLES
-    for number, name in enumerate(('colour', 'mask')):
-        tracer.trace(scratch, 'gems.pov', name, (side, side), [('Pass', number)],
-                     (first, last))
+    for number, name in enumerate(("colour", "mask")):
+        tracer.trace(scratch, "gems.pov", name, (side, side), {"Pass": number}, (first, last))
 
 
 def develop(scratch, frame, scale=1):
     """Linear colour and coverage (0 or 1) of all samples of a frame."""
-    light = tracer.read_traced(scratch, 'colour%03d' % frame)
-    passes = tracer.read_traced(scratch, 'mask%03d' % frame)
+    light = tracer.read_traced(scratch, f"colour{frame:03}")
+    passes = tracer.read_traced(scratch, f"mask{frame:03}")
     return developing.develop(light, passes, SAMPLES, glints=1, fine=scale > 1)
 
 
@@ -71,19 +69,26 @@ def _make_sprite(scratch, frame, scale):
     return result
 
 
-def trace_all(scratch):
-    """Renders all 128 frames with two processes."""
+def _trace_all(scratch):
     half = KINDS * FRAMES // 2
     with concurrent.futures.ThreadPoolExecutor(2) as pool:
-        list(pool.map(lambda first: trace_frames(scratch, first, first + half - 1),
-                      (0, half)))
+        list(pool.map(lambda first: trace_frames(scratch, first, first + half - 1), (0, half)))
 
 
-def build(scratch, target):
-    """Writes the sheet in both sizes from what trace_all() has rendered, with two processes."""
+def trace_at_rest(scratch):
+    """Renders those frames at rest that are not in the scratch folder yet, with two processes."""
+    frames = range(0, KINDS * FRAMES, FRAMES)
+    missing = [frame for frame in frames if not (scratch / f"mask{frame:03}.ppm").exists()]
+    with concurrent.futures.ThreadPoolExecutor(2) as pool:
+        list(pool.map(lambda frame: trace_frames(scratch, frame, frame), missing))
+
+
+def build(scratch, folder):
+    """Traces all frames and writes the sheet in both sizes, with two processes."""
+    _trace_all(scratch)
     count = KINDS * FRAMES
     with concurrent.futures.ProcessPoolExecutor(2) as pool:
         sprites = list(pool.map(make_sprites, [scratch] * count, range(count)))
     for (_, name), cells in zip(SHEETS, zip(*sprites)):
-        rows = [np.concatenate(cells[i:i + FRAMES], axis=1) for i in range(0, count, FRAMES)]
-        painting.save(np.concatenate(rows, axis=0), os.path.join(target, name))
+        rows = [np.concatenate(cells[i : i + FRAMES], axis=1) for i in range(0, count, FRAMES)]
+        painting.save(np.concatenate(rows, axis=0), folder / name)

@@ -4,14 +4,16 @@
 A canvas is a float array of linear light, height by width by 3; distances are
 in logical pixels, negative inside a shape.
 """
+
+from pathlib import Path
+
 import numpy as np
 from PIL import Image, ImageDraw, ImageFont
 from scipy import ndimage
 
-import colour
+from pictures import colour
 
-FONT_FOLDER = '/usr/share/fonts/opentype/urw-base35/'
-FONT = FONT_FOLDER + 'URWGothic-Demi.otf'
+FONT = Path("/usr/share/fonts/opentype/urw-base35/URWGothic-Demi.otf")
 LETTER_SAMPLES = 4
 
 
@@ -57,8 +59,11 @@ def ramp(position, stops):
 def average(canvas, factor):
     """The canvas shrunk by a whole factor."""
     height, width = canvas.shape[0] // factor, canvas.shape[1] // factor
-    return canvas[:height * factor, :width * factor].reshape(
-        height, factor, width, factor, -1).mean(axis=(1, 3))
+    return (
+        canvas[: height * factor, : width * factor]
+        .reshape(height, factor, width, factor, -1)
+        .mean(axis=(1, 3))
+    )
 
 
 def dithered_bytes(canvas, seed):
@@ -69,7 +74,7 @@ def dithered_bytes(canvas, seed):
 
 def load_font(pixels):
     """The one face of all pictures, with the plain layout that is always at hand."""
-    return ImageFont.truetype(FONT, pixels, layout_engine=ImageFont.Layout.BASIC)
+    return ImageFont.truetype(str(FONT), pixels, layout_engine=ImageFont.Layout.BASIC)
 
 
 def text_width(text, size):
@@ -80,14 +85,19 @@ def text_width(text, size):
 def text_mask(shape, scale, text, left, baseline, size):
     """Coverage of a line of text on a canvas; left, baseline and size are logical."""
     k = LETTER_SAMPLES
-    image = Image.new('L', (shape[1] * k, shape[0] * k))
-    ImageDraw.Draw(image).text((left * scale * k, baseline * scale * k), text, fill=255,
-                               font=load_font(round(size * scale * k)), anchor='ls')
+    image = Image.new("L", (shape[1] * k, shape[0] * k))
+    ImageDraw.Draw(image).text(
+        (left * scale * k, baseline * scale * k),
+        text,
+        fill=255,
+        font=load_font(round(size * scale * k)),
+        anchor="ls",
+    )
     return average(np.asarray(image, dtype=np.float64)[..., None], k)[..., 0] / 255
 
 
 def blur(mask, sigma):
-    return ndimage.gaussian_filter(mask, sigma, mode='constant')
+    return ndimage.gaussian_filter(mask, sigma, mode="constant")
 
 
 def letter(canvas, scale, mask, paint, shadow=0.6, drop=1.0, spread=1.2, outline=None):
@@ -105,18 +115,33 @@ def glint(dx, dy, ray, width, core):
     """A four-pointed star of light, 1.5 in its middle, that reaches as far as its rays."""
     dx, dy = np.abs(dx), np.abs(dy)
     across, up = (np.clip(1 - d / ray, 0, 1) ** 2 for d in (dx, dy))
-    return (across * np.exp(-(dy / (width * (0.4 + across))) ** 2)
-            + up * np.exp(-(dx / (width * (0.4 + up))) ** 2)
-            + np.exp(-(dx ** 2 + dy ** 2) / core ** 2)) / 2
+    return (
+        across * np.exp(-((dy / (width * (0.4 + across))) ** 2))
+        + up * np.exp(-((dx / (width * (0.4 + up))) ** 2))
+        + np.exp(-(dx**2 + dy**2) / core**2)
+    ) / 2
 
 
 def gold(y, top, bottom):
     """The gold of titles and frames: linear RGB by height."""
-    return ramp((y - top) / (bottom - top), [
-        (0.0, 'fff6d0'), (0.40, 'ffd76a'), (0.52, 'f2ad2c'), (0.60, 'ffe9a0'),
-        (0.72, 'f6b63a'), (1.0, 'b8711a')])
+    return ramp(
+        (y - top) / (bottom - top),
+        [
+            (0.0, "fff6d0"),
+            (0.40, "ffd76a"),
+            (0.52, "f2ad2c"),
+            (0.60, "ffe9a0"),
+            (0.72, "f6b63a"),
+            (1.0, "b8711a"),
+        ],
+    )
+
+
+def sizes(name):
+    """(scale factor, file name) of the two sizes in which a picture is shipped."""
+    return (1, name), (2, name.partition(".")[0] + "@2x.png")
 
 
 def save(image, path):
     """Writes 8-bit pixels; a picture's file is the same for the same pixels."""
-    Image.fromarray(image).save(path, **({'optimize': True} if path.endswith('.png') else {}))
+    Image.fromarray(image).save(path, **({"optimize": True} if path.suffix == ".png" else {}))

@@ -1,21 +1,20 @@
 # SPDX-License-Identifier: MIT
-"""The marker around a picked gem: six frames of a golden ring with four running lights.
+"""The target around a picked gem: six frames of a golden ring with four running lights.
 
 It lives in the outer pixels of the cell, where it is seen around every gem; the
 lights run a quarter of the way round in six frames, so that the frames close.
 """
-import os
 
 import numpy as np
 
-import colour
-import painting as p
+from pictures import colour
+from pictures import painting as p
 
 CELL, FRAMES, SAMPLES = 64, 6, 4
 LIGHTS = 4
 HALF, RADIUS, WIDTH = 29.4, 9.5, 3.1
-ON_COVERAGE = 0.25                  # a pixel that the ring covers less than this stays clear
-BORDER_SHADE = (0.030, 0.022, 0.020)        # linear; what half covered pixels blend into
+ON_COVERAGE = 0.25  # a pixel that the ring covers less than this stays clear
+BORDER_SHADE = (0.030, 0.022, 0.020)  # linear; what half covered pixels blend into
 
 
 def _along(x, y):
@@ -23,8 +22,13 @@ def _along(x, y):
     side = np.maximum(np.abs(x), np.abs(y)) + 1e-9
     u, v = x / side, y / side
     top, right, bottom = v <= -1 + 1e-6, u >= 1 - 1e-6, v >= 1 - 1e-6
-    return np.where(top, (u + 1) / 8, np.where(right, 0.25 + (v + 1) / 8,
-                    np.where(bottom, 0.5 + (1 - u) / 8, 0.75 + (1 - v) / 8)))
+    return np.where(
+        top,
+        (u + 1) / 8,
+        np.where(
+            right, 0.25 + (v + 1) / 8, np.where(bottom, 0.5 + (1 - u) / 8, 0.75 + (1 - v) / 8)
+        ),
+    )
 
 
 def paint_frame(frame, scale=1):
@@ -34,12 +38,12 @@ def paint_frame(frame, scale=1):
     distance = p.rounded_box(x, y, -HALF, -HALF, HALF, HALF, RADIUS)
     phase = (_along(x, y) * LIGHTS - frame / FRAMES) % 1.0
     comet = np.exp(-(1 - phase) * 2.9) * p.smooth(0, 0.10, 1 - phase)
-    if scale > 1:                   # the gap between a tail and the next head would show as a scratch
+    if scale > 1:  # the gap between a tail and the next head would show as a scratch
         comet = np.maximum(comet, np.exp(-2.9))
     ring = p.cover(np.abs(distance) - WIDTH / 2, 0.5 / scale)
-    bevel = np.exp(-((distance - 0.1) / 1.1) ** 2)
-    base = p.ramp((x + y) / (4 * HALF) + 0.5, [(0, 'd79a2c'), (0.5, 'a8691a'), (1, '7d4a12')])
-    light = p.ramp(comet, [(0, '000000'), (0.35, 'c8861e'), (0.75, 'ffe08a'), (1, 'fff6dc')])
+    bevel = np.exp(-(((distance - 0.1) / 1.1) ** 2))
+    base = p.ramp((x + y) / (4 * HALF) + 0.5, [(0, "d79a2c"), (0.5, "a8691a"), (1, "7d4a12")])
+    light = p.ramp(comet, [(0, "000000"), (0.35, "c8861e"), (0.75, "ffe08a"), (1, "fff6dc")])
     paint = base * (0.34 + 0.36 * bevel)[..., None] + light * (0.45 + 1.0 * bevel)[..., None]
     return paint, ring
 
@@ -57,8 +61,12 @@ def make_frame(frame, scale=1):
     return result
 
 
-def build(target):
-    """Writes the strip of all frames in both sizes."""
-    for scale, name in ((1, 'Target.bmp'), (2, 'Target@2x.png')):
-        strip = np.concatenate([make_frame(i, scale) for i in range(FRAMES)], axis=1)
-        p.save(strip, os.path.join(target, name))
+def make_strip(scale):
+    """8-bit sRGB of all frames at a scale factor."""
+    return np.concatenate([make_frame(i, scale) for i in range(FRAMES)], axis=1)
+
+
+def build(_scratch, folder):
+    """Writes the strip in both sizes."""
+    for scale, name in p.sizes("Target.bmp"):
+        p.save(make_strip(scale), folder / name)
