@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <filesystem>
 #include <string_view>
 #include <utility>
@@ -30,12 +29,17 @@ constexpr int32 kFullLevel = 0;
 
 constexpr std::array<std::string_view, 4> kSoundFileEndings = {".WAV", ".MP3", ".MID", ".WMA"};
 
+// By ASCII: in the player's own language the capital of "i" may be another letter than "I".
+char UpperCase(char letter) {
+  return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
 bool IsSoundFile(const std::string& name) {
   constexpr std::size_t kEndingLength = 4;
   if (name.size() < kEndingLength) return false;
   std::string ending = name.substr(name.size() - kEndingLength);
   for (char& letter : ending)
-    letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
+    letter = UpperCase(letter);
   return std::find(kSoundFileEndings.begin(), kSoundFileEndings.end(), ending) !=
          kSoundFileEndings.end();
 }

@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <clocale>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -38,8 +41,30 @@ class DXAudioTest : public testing::Test {
   DXAudio audio_;
 };
 
-TEST_F(DXAudioTest, TakesTheFourTypesOfOneFolder) {
-  const std::vector<std::string> taken = {"A.mp3", "B.WAV", "C.Mid", "D.wma", ".wav"};
+// Turkish, made where the test is: capital letters by its rules turn ".mid" into ".MİD".
+class InTurkish {
+ public:
+  InTurkish() {
+    const std::string make = "localedef -i tr_TR -f ISO-8859-9 " + folder_.Path("tr_TR");
+    EXPECT_EQ(std::system(make.c_str()), 0);
+    setenv("LOCPATH", folder_.Path().c_str(), 1);
+    EXPECT_NE(std::setlocale(LC_ALL, "tr_TR"), nullptr);
+    EXPECT_NE(std::toupper('i'), 'I');
+  }
+  InTurkish(const InTurkish&) = delete;
+  InTurkish& operator=(const InTurkish&) = delete;
+  ~InTurkish() {
+    std::setlocale(LC_ALL, "C");
+    unsetenv("LOCPATH");
+  }
+
+ private:
+  const ScratchFolder folder_;
+};
+
+TEST_F(DXAudioTest, TakesTheFourTypesOfOneFolderInAnyLanguage) {
+  const InTurkish turkish;
+  const std::vector<std::string> taken = {"A.mp3", "B.WAV", "C.Mid", "c.MID", "D.wma", ".wav"};
   for (const std::string& name : taken)
     MakeFile("music/" + name);
   for (const char* name : {"E.ogg", "F.wave", "wav", "mp3"})
