@@ -2,9 +2,10 @@
 #include "platform/desktop/WaveFile.h"
 
 #include <sndfile.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -20,6 +21,8 @@ namespace {
 constexpr std::int32_t kLongestSeconds = 60;
 constexpr std::int32_t kLowestRate = 1000;  // frames a second
 constexpr std::int32_t kHighestRate = 192000;
+constexpr std::uintmax_t kMostBytes =  // a minute of the widest samples there are, and a head
+    std::uintmax_t{kLongestSeconds} * kHighestRate * 2 * sizeof(double) + (1 << 20);
 constexpr float kSampleScale = 32768.0F;
 constexpr float kHighestSample = 32767.0F;
 
@@ -37,38 +40,76 @@ std::uint32_t LittleEndian(const char* bytes) {
   return value;
 }
 
-// libsndfile plays what is there of a file that was cut off. A file that claims more than it holds
-// is damaged, so its chunks are looked through first.
-void CheckChunks(const std::string& path) {
+void PutLittleEndian(char* bytes, std::uint64_t value) {
+  for (int i = 0; i < 4; ++i)
+    bytes[i] = static_cast<char>(value >> 8 * i);
+}
+
+std::string Contents(const std::string& path) {
+  std::error_code failed;
+  if (!std::filesystem::is_regular_file(path, failed)) Refuse(path, "there is no such file");
+  if (std::filesystem::file_size(path) > kMostBytes) Refuse(path, "it is longer than a minute");
   std::ifstream file(path, std::ios::binary);
   if (!file) Refuse(path, "it cannot be opened");
-  const std::uint64_t fileBytes = std::filesystem::file_size(path);
-  std::array<char, kRiffHeaderBytes> riff = {};
-  file.read(riff.data(), riff.size());
-  const std::string_view header(riff.data(), riff.size());
-  if (!file || !header.starts_with("RIFF") || !header.ends_with("WAVE"))
-    Refuse(path, "it is not a wave file");
+  std::string bytes(std::filesystem::file_size(path), '\0');
+  file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!file) Refuse(path, "it cannot be read");
+  return bytes;
+}
 
+// What a writer that cannot go back to the head of its file, as in a pipe, leaves there as a size.
+bool IsUnknown(std::uint64_t bytes) {
+  return bytes == 0 || bytes == 0xFFFFFFFF;
+}
+
+// Samples of an unknown size go on to the end of the file, unless its head tells that the file is
+// cut off; their size is then filled in. `start` is where the samples begin.
+void SettleDataSize(const std::string& path, std::string& wave, std::size_t start) {
+  char* const size = &wave[start - 4];
+  const std::uint64_t claimed = LittleEndian(size);
+  const std::uint64_t held = wave.size() - start;
+  if (claimed > held && !IsUnknown(claimed)) Refuse(path, "it is shorter than it claims");
+  if (!IsUnknown(claimed)) return;
+  if (held == 0) Refuse(path, "it holds no sound");
+  const std::uint64_t riff = LittleEndian(&wave[4]);
+  if (!IsUnknown(riff) && riff + kChunkHeaderBytes > wave.size())
+    Refuse(path, "it is shorter than it claims");
+  PutLittleEndian(size, held);
+}
+
+// libsndfile plays what is there of a file that was cut off. A file that claims more than it holds
+// is damaged, so its chunks are looked through first.
+void CheckChunks(const std::string& path, std::string& wave) {
+  if (wave.size() < kRiffHeaderBytes || !wave.starts_with("RIFF") ||
+      wave.compare(8, 4, "WAVE") != 0)
+    Refuse(path, "it is not a wave file");
   std::uint64_t position = kRiffHeaderBytes;
-  while (position + kChunkHeaderBytes <= fileBytes) {
-    std::array<char, kChunkHeaderBytes> chunk = {};
-    file.seekg(static_cast<std::streamoff>(position));
-    if (!file.read(chunk.data(), chunk.size())) break;
-    const std::uint64_t bytes = LittleEndian(chunk.data() + 4);
-    position += kChunkHeaderBytes + bytes;
-    if (position > fileBytes) Refuse(path, "it is shorter than it claims");
-    if (std::string_view(chunk.data(), 4) == "data") {
-      if (bytes == 0) Refuse(path, "it holds no sound");
-      return;
-    }
-    position += bytes % 2;  // chunks start at even positions
+  while (position + kChunkHeaderBytes <= wave.size()) {
+    const char* const chunk = &wave[position];
+    position += kChunkHeaderBytes;
+    if (std::string_view(chunk, 4) == "data") return SettleDataSize(path, wave, position);
+    const std::uint64_t bytes = LittleEndian(chunk + 4);
+    position += bytes + bytes % 2;  // chunks start at even positions
   }
-  Refuse(path, "it holds no sound");
+  Refuse(path, position > wave.size() ? "it is shorter than it claims" : "it holds no sound");
 }
 
 struct CloseSound {
   void operator()(SNDFILE* file) const { sf_close(file); }
 };
+
+using SoundFile = std::unique_ptr<SNDFILE, CloseSound>;
+
+// libsndfile reads from a file, so the bytes become one that exists in memory alone.
+SoundFile Open(const std::string& path, const std::string& wave, SF_INFO& info) {
+  const int file = memfd_create("wave", MFD_CLOEXEC);
+  const auto bytes = static_cast<ssize_t>(wave.size());
+  if (file < 0 || write(file, wave.data(), wave.size()) != bytes || lseek(file, 0, SEEK_SET) != 0)
+    Refuse(path, "there is no memory for it");
+  SoundFile sound(sf_open_fd(file, SFM_READ, &info, SF_TRUE));
+  if (!sound) Refuse(path, "it is damaged");
+  return sound;
+}
 
 void CheckFormat(const std::string& path, const SF_INFO& info) {
   const int type = info.format & SF_FORMAT_TYPEMASK;
@@ -99,12 +140,10 @@ std::vector<float> ReadSamples(const std::string& path, SNDFILE* file, const SF_
 }  // namespace
 
 WaveData ReadWaveFile(const std::string& path) {
-  std::error_code failed;
-  if (!std::filesystem::is_regular_file(path, failed)) Refuse(path, "there is no such file");
-  CheckChunks(path);
+  std::string bytes = Contents(path);
+  CheckChunks(path, bytes);
   SF_INFO info = {};
-  const std::unique_ptr<SNDFILE, CloseSound> file(sf_open(path.c_str(), SFM_READ, &info));
-  if (!file) Refuse(path, "it is damaged");
+  const SoundFile file = Open(path, bytes, info);
   CheckFormat(path, info);
   const std::vector<float> samples = ReadSamples(path, file.get(), info);
 

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <utility>
 
 #include "platform/Error.h"
 #include "tests/desktop/SoundFiles.h"
@@ -14,6 +15,7 @@ namespace platform {
 namespace {
 
 // Places in a plain file of libsndfile: the format chunk at 12, the data chunk at 36.
+constexpr std::size_t kRiffSize = 4;
 constexpr std::size_t kFormatSize = 16;
 constexpr std::size_t kChannels = 22;
 constexpr std::size_t kRateField = 24;
@@ -39,11 +41,14 @@ class WaveFileTest : public testing::Test {
       return error.what();
     }
   }
-  std::string RefusalWith(std::size_t place, std::uint32_t value, std::size_t size) {
-    std::string bytes = bytes_;
+  void Put(std::size_t place, std::uint32_t value, std::size_t size) {
     for (std::size_t i = 0; i < size; ++i)
-      bytes.at(place + i) = static_cast<char>(value >> 8 * i);
-    return Refusal(bytes);
+      bytes_.at(place + i) = static_cast<char>(value >> 8 * i);
+  }
+  std::string RefusalWith(std::size_t place, std::uint32_t value, std::size_t size) {
+    const std::string whole = bytes_;
+    Put(place, value, size);
+    return Refusal(std::exchange(bytes_, whole));
   }
 
   std::string path_ = tones::Scratch().Path("damaged.wav");
@@ -65,7 +70,8 @@ TEST_F(WaveFileTest, EveryTruncationIsRefused) {
 }
 
 TEST_F(WaveFileTest, ZeroAndAbsurdSizesAreRefused) {
-  for (const std::size_t place : {kDataSize, kFormatSize, kRateField})
+  EXPECT_NE(RefusalWith(kDataSize, 0x7FFFFFFF, 4), "");
+  for (const std::size_t place : {kFormatSize, kRateField})
     for (const std::uint32_t size : {0U, 0xFFFFFFFFU, 0x7FFFFFFFU})
       EXPECT_NE(RefusalWith(place, size, 4), "") << size;
   for (const std::uint32_t channels : {0U, 3U, 0xFFFFU})
@@ -75,6 +81,19 @@ TEST_F(WaveFileTest, ZeroAndAbsurdSizesAreRefused) {
   EXPECT_EQ(ReadWaveFile(path_).Frames(), 60 * tones::kRate);
   tones::WriteTone(path_, 1, 60.1);
   EXPECT_THROW(ReadWaveFile(path_), Error);
+}
+
+// A writer into a pipe cannot go back to the head of the file.
+TEST_F(WaveFileTest, UnknownSizesReachToTheEndOfTheFile) {
+  for (const std::uint32_t size : {0U, 0xFFFFFFFFU}) {
+    EXPECT_EQ(RefusalWith(kDataSize, size, 4), "");
+    EXPECT_EQ(ReadWaveFile(path_).Frames(), tones::kRate / 10);
+    Put(kDataSize, size, 4);
+    EXPECT_NE(Refusal(bytes_.substr(0, bytes_.size() - 2)), "") << "cut by the size of the whole";
+    EXPECT_EQ(RefusalWith(kRiffSize, size, 4), "");
+    EXPECT_EQ(ReadWaveFile(path_).Frames(), tones::kRate / 10);
+    EXPECT_NE(Refusal(bytes_.substr(0, kDataSize + 4)), "") << "no samples";
+  }
 }
 
 // Many such files still play; none may bring the game down or be refused without its name.
