@@ -22,19 +22,14 @@ namespace {
 constexpr const char* kDefaultSink = "autoaudiosink";
 constexpr const char* kMp3Decoder = "mpg123audiodec";
 
-// Each stream brings threads of its own, and the instruments of a MIDI file take megabytes. With an
-// arena for each thread the C library would keep a set of them in each.
+// The C library would give each thread of a stream a heap of its own and keep what a stream held in
+// each of them. In one heap the next stream takes it. Nothing asks the library to give it back:
+// that would hold up every thread that wants memory meanwhile, the game's own among them.
 void KeepHeapSmall() {
-  constexpr int kArenas = 2;
+  constexpr int kHeaps = 1;
   constexpr int kOwnMappingBytes = 1 << 20;  // what is larger goes back to the system when freed
-  mallopt(M_ARENA_MAX, kArenas);
+  mallopt(M_ARENA_MAX, kHeaps);
   mallopt(M_MMAP_THRESHOLD, kOwnMappingBytes);
-}
-
-// The C library would keep what a stream held for the next one, which seldom fits into it.
-void TakeDown(MediaStream& stream) {
-  stream.Close();
-  malloc_trim(0);
 }
 
 // Of the decoders of MP3 the library would take one that brings a hundred libraries of video along.
@@ -78,7 +73,7 @@ class DesktopGraph : public FilterGraph {
   // What was asked of the stream before comes first, and only then is it taken down.
   ~DesktopGraph() override {
     OpeningQueue().Post([stream = std::move(stream_)]() mutable {
-      ClosingQueue().Post([closing = std::move(stream)] { TakeDown(*closing); });
+      ClosingQueue().Post([closing = std::move(stream)] { closing->Close(); });
     });
   }
 
