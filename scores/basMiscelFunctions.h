@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The high scores: the check of a finished game's score, its entry into a table, the reset of all
-// tables, and the operations on single files beneath them. Every one of those opens its file, does
-// one read or write and closes it; no failure is reported, and none loses what was there.
+// tables, and the reading and writing of single files beneath them. Nothing reports a failure. The
+// files that an entry or a reset writes are changed together: all of them, or none.
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "platform/Files.h"
 #include "rules/state/basGameState.h"
 
 namespace glimmerfall {
@@ -20,10 +22,12 @@ inline constexpr int kLongestLine = 8192;
 /// Characters of a name that are stored.
 inline constexpr int kNameCharacters = 15;
 
+/// What is written to the files of one entry or reset, to be made by platform::ChangeFiles.
+using Changes = std::vector<platform::FileChange>;
+
 /// Replaces the file at `path` by `text`, a line in UTF-8 that is stored in the code page, and CR
-/// LF. Whatever happens, the file is the old one or the new one whole; a failure leaves the old
-/// one.
-void WriteTextFile(const std::string& text, const std::string& path);
+/// LF, when `changes` are made.
+void WriteTextFile(const std::string& text, const std::string& path, Changes& changes);
 
 /// The last line of the file at `path`, in UTF-8. Lines end in CR LF, CR or LF, the last one also
 /// at the end of the file; a file without any line gives the empty string. Lets events run once
@@ -32,14 +36,15 @@ std::string ReadLastLine(const std::string& path);
 
 /// The score in the file at `path`: an IEEE 754 double, little-endian, at offset 0. Creates an
 /// empty file where there is none. A file of less than 8 bytes, and one that can't be opened, gives
-/// 0; one that can only be read is read.
+/// 0.
 float64 ReadScore(const std::string& path);
 
 /// Writes `value` over the first 8 bytes of the file at `path`, which is created where there is
-/// none; what stands behind them stays. A file that can't be written stays as it is.
-void WriteScore(const std::string& path, float64 value);
+/// none, when `changes` are made; what stands behind them stays.
+void WriteScore(const std::string& path, float64 value, Changes& changes);
 
-/// Fills the working copy of `mode` from its ten score files, and gives it.
+/// Fills the working copy of `mode` from its ten score files, and gives it. First finishes or takes
+/// back what was being written when the program was last ended.
 const ScoreTable& ReadScores(GameMode mode);
 
 /// The line of a place, 1 to 10, such as " 1 -- Ann -- 150": the name from its file, the score from

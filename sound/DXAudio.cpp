@@ -3,11 +3,11 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <string_view>
 #include <utility>
 
 #include "platform/Events.h"
+#include "platform/Files.h"
 #include "platform/Program.h"
 #include "platform/Random.h"
 #include "platform/Time.h"
@@ -44,11 +44,6 @@ bool IsSoundFile(const std::string& name) {
          kSoundFileEndings.end();
 }
 
-bool FileExists(const std::string& path) {
-  std::error_code ignored;
-  return std::filesystem::is_regular_file(path, ignored);
-}
-
 }  // namespace
 
 DXAudio::~DXAudio() {
@@ -61,14 +56,8 @@ Flag DXAudio::BackgroundPaused() const {
 }
 
 void DXAudio::AddDirectory(const std::string& path) {
-  namespace fs = std::filesystem;
-  std::error_code failed;
-  for (fs::directory_iterator file(path, failed), end; !failed && file != end;
-       file.increment(failed)) {
-    const std::string name = file->path().filename().string();
-    std::error_code unreadable;
-    if (IsSoundFile(name) && file->is_regular_file(unreadable)) AddFile(path + name);
-  }
+  for (const std::string& name : platform::ListFiles(path))
+    if (IsSoundFile(name)) AddFile(path + name);
 }
 
 void DXAudio::AddFile(const std::string& path) {
@@ -110,7 +99,7 @@ void DXAudio::PlayForeground2(const std::string& AudioFile) {
 }
 
 bool DXAudio::OpenForeground(const std::string& path, int32 volume) {
-  if (!FileExists(path)) return false;
+  if (!platform::IsFile(path)) return false;
   const auto graph = platform::CreateFilterGraph();
   if (!graph->RenderFile(path)) return false;
   graph->SetVolume(volume);

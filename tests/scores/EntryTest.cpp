@@ -72,17 +72,18 @@ TEST_F(EntryTest, ANewScorePushesTheRestOfItsOwnTableDown) {
   }
 }
 
-TEST_F(EntryTest, NamesFromThePlaceDownAndThenAllScoresAreRewritten) {
+TEST_F(EntryTest, NewFilesAreOnTheDiskBeforeTheFirstTakesItsPlace) {
   StoreTables();
   faulty::Reset();
   Enter("New", SampleTable(modeNormal).scores[7] + 1);
-  std::string expected;
-  for (const std::string file : {"scorename9.gwk", "scorename10.gwk", "scorename8.gwk"})
-    expected.append("create ").append(file).append(".tmp; write; fsync; rename ").append(file) +=
-        "; ";
-  for (int place = 1; place <= kPlaces; ++place)
-    expected += "pwrite; ";
-  EXPECT_EQ(faulty::Log(), expected);
+  std::string expected = "mkdir; ";
+  for (const std::string place :
+       {"name9", "name10", "name8", "1", "2", "3", "4", "5", "6", "7", "8", "9", "10"})
+    expected.append("create score").append(place) += ".gwk; write; ";
+  expected += "syncfs; rename; fsync; ";
+  for (int file = 0; file < 13; ++file)
+    expected += "rename; ";
+  EXPECT_EQ(faulty::Log(), expected + "fsync; ");
 }
 
 TEST_F(EntryTest, FifteenCharactersOfANameAreStored) {
@@ -142,7 +143,10 @@ TEST_F(EntryTest, AResetWritesTheDefaultsIntoAllFiles) {
                                   std::vector<std::string>(kPlaces, "Norvane Games")}));
   expected["scorema3.gwk"] += "tail";
   scoresNormal[1] = 7;
+  faulty::Reset();
   ResetScoreTables();
+  const std::string& log = faulty::Log();
+  EXPECT_EQ(std::count(log.begin(), log.end(), 'y'), 3) << "waits for the disk: " << log;
   EXPECT_EQ(Files(), expected);
   EXPECT_EQ(scoresNormal[1], 7) << "the working copies are filled by their next reader";
   ExpectRank(100, kNoRank);

@@ -2,46 +2,46 @@
 #include "tests/scores/FaultyFiles.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
+#include <limits>
 
 namespace {
 
-faulty::Fault armed = faulty::Fault::None;
-int callsLeft = 0;
+long roomLeft = std::numeric_limits<long>::max();
 std::string calls;
 
-std::string FileName(const std::string& path) {
-  return path.substr(path.find_last_of('/') + 1);
-}
-
-// Whether the call that is being made is one that breaks.
-bool Breaks(const std::string& call) {
+// Logs a call and yields what it gets of the room that it needs.
+long Take(const std::string& call, long needed = 1) {
   calls += call + "; ";
-  if (armed == faulty::Fault::None) return false;
-  return --callsLeft <= 0;
+  const long taken = std::min(needed, roomLeft);
+  roomLeft -= taken;
+  if (taken < needed) errno = ENOSPC;
+  return taken;
 }
 
-int BreakOff() {
-  if (armed == faulty::Fault::Kill) _exit(faulty::kKilled);
-  errno = ENOSPC;
-  return -1;
+// Bytes that `file` needs to reach `end`, beyond the blocks that it has.
+long Growth(int file, off_t end) {
+  struct stat status;
+  fstat(file, &status);
+  return std::max(0L, end - status.st_blocks * 512);
 }
 
 }  // namespace
 
 namespace faulty {
 
-void Reset() {
-  armed = Fault::None;
+void LeaveRoom(long room) {
+  roomLeft = room;
   calls.clear();
 }
 
-void Arm(Fault fault, int n) {
-  armed = fault;
-  callsLeft = n;
+void Reset() {
+  LeaveRoom(std::numeric_limits<long>::max());
 }
 
 const std::string& Log() {
@@ -55,8 +55,9 @@ const std::string& Log() {
 extern "C" {
 
 int __real_open(const char* path, int flags, ...);
+int __real_mkdir(const char* path, mode_t mode);
 ssize_t __real_write(int file, const void* bytes, size_t count);
-ssize_t __real_pwrite(int file, const void* bytes, size_t count, off_t offset);
+int __real_fallocate(int file, int mode, off_t offset, off_t length);
 int __real_rename(const char* from, const char* to);
 
 int __wrap_open(const char* path, int flags, ...) {
@@ -65,27 +66,38 @@ int __wrap_open(const char* path, int flags, ...) {
   const mode_t mode = va_arg(arguments, mode_t);
   va_end(arguments);
   const bool creates = (flags & O_CREAT) != 0 && access(path, F_OK) != 0;
-  if (creates && Breaks("create " + FileName(path))) return BreakOff();
+  const std::string name = path;
+  if (creates && Take("create " + name.substr(name.find_last_of('/') + 1)) == 0) return -1;
   return __real_open(path, flags, mode);
 }
 
-ssize_t __wrap_write(int file, const void* bytes, size_t count) {
-  if (!Breaks("write")) return __real_write(file, bytes, count);
-  const ssize_t half = count > 1 ? __real_write(file, bytes, count / 2) : 0;
-  return half > 0 && armed == faulty::Fault::Fail ? half : BreakOff();
+int __wrap_mkdir(const char* path, mode_t mode) {
+  return Take("mkdir") == 0 ? -1 : __real_mkdir(path, mode);
 }
 
-ssize_t __wrap_pwrite(int file, const void* bytes, size_t count, off_t offset) {
-  return Breaks("pwrite") ? BreakOff() : __real_pwrite(file, bytes, count, offset);
+ssize_t __wrap_write(int file, const void* bytes, size_t count) {
+  const long grows = Growth(file, lseek(file, 0, SEEK_CUR) + static_cast<off_t>(count));
+  const long taken = Take("write", grows);
+  const auto written = grows == 0 ? count : static_cast<size_t>(taken);
+  return written == 0 ? -1 : __real_write(file, bytes, written);
+}
+
+int __wrap_fallocate(int file, int mode, off_t offset, off_t length) {
+  const long grows = Growth(file, offset + length);
+  return Take("fallocate", grows) < grows ? -1 : __real_fallocate(file, mode, offset, length);
 }
 
 // Nothing is carried to the disk: the suite makes thousands of files.
+int __wrap_syncfs(int) {
+  return Take("syncfs") == 0 ? -1 : 0;
+}
+
 int __wrap_fsync(int) {
-  return Breaks("fsync") ? BreakOff() : 0;
+  return Take("fsync") == 0 ? -1 : 0;
 }
 
 int __wrap_rename(const char* from, const char* to) {
-  return Breaks("rename " + FileName(to)) ? BreakOff() : __real_rename(from, to);
+  return Take("rename") == 0 ? -1 : __real_rename(from, to);
 }
 
 }  // extern "C"

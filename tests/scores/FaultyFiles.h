@@ -1,28 +1,19 @@
 // SPDX-License-Identifier: MIT
-// Stands between the score store and the system's file calls: counts those that change a disk, and
-// lets a test break off at any of them. The linker puts it there (--wrap), for this suite alone.
+// Stands between the file service and the system's calls that change a disk: logs them, and lets a
+// test run out of room at any byte of any. The linker puts it there (--wrap), for this suite alone.
 #pragma once
 
 #include <string>
 
 namespace faulty {
 
-/// The exit code of a process that Kill has ended.
-inline constexpr int kKilled = 77;
-
-enum class Fault {
-  None,
-  Fail,  ///< from the n-th call on each fails for want of room; a write still stores its half
-  Kill,  ///< the process ends at the n-th call; a write still stores its half
-};
-
-/// No fault; forgets the log.
+/// From now on a write takes its bytes of `room`, any other changing call one; where less is left
+/// it fails, a write after it has stored what there is room for. Forgets the log.
+void LeaveRoom(long room);
+/// Room without end.
 void Reset();
 
-/// Arms `fault` for the n-th changing call from now on, 1 being the next.
-void Arm(Fault fault, int n);
-
-/// The changing calls since the reset, such as "write; rename scorename1.gwk; ".
+/// The changing calls since the last of the two, such as "create score1.gwk; write; ".
 const std::string& Log();
 
 }  // namespace faulty

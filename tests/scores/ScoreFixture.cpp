@@ -49,10 +49,12 @@ ScoreTest::ScoreTest() {
 
 Snapshot ScoreTest::Files() const {
   Snapshot files;
-  for (const auto& entry : fs::directory_iterator(folder_)) {
+  for (const auto& entry : fs::recursive_directory_iterator(folder_)) {
+    const std::string name = entry.path().lexically_relative(folder_);
+    if (entry.is_directory()) files[name + '/'];
     if (!entry.is_regular_file()) continue;
     std::ifstream file(entry.path(), std::ios::binary);
-    files[entry.path().filename()].assign(std::istreambuf_iterator<char>(file), {});
+    files[name].assign(std::istreambuf_iterator<char>(file), {});
   }
   return files;
 }

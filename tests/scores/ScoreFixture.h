@@ -15,7 +15,7 @@ namespace glimmerfall {
 
 inline constexpr GameMode kAllModes[] = {modeNormal, modeFrantic, modeRelaxing, modeMarathon};
 
-/// Name and bytes of each file of a folder.
+/// Name and bytes of each file in a folder and below it; a folder's name ends in a slash.
 using Snapshot = std::map<std::string, std::string>;
 
 /// Ten scores and ten names, as a player would see them.

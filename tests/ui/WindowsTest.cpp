@@ -365,7 +365,9 @@ TEST_F(WindowsTest, TheEffectsSliderAndOkSetTheSwitch) {
 
 TEST_F(WindowsTest, ResetScoresAsksFirst) {
   const std::string file = ScoreFile(modeMarathon, 10);
-  WriteScore(file, 7);
+  Changes changes;
+  WriteScore(file, 7, changes);
+  platform::ChangeFiles(changes);
   ShowOptions(nullptr);
   twin::AnswerMessages(platform::MessageAnswer::No);
   Click("frmOptions", "Command1");
