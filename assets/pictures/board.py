@@ -127,7 +127,12 @@ def paint_board(scale):
     return np.maximum(p.average(canvas, SAMPLES[scale]), colour.to_linear(2))
 
 
+def make_picture(scale):
+    """8-bit sRGB of the board at scale factor 1 or 2."""
+    return p.dithered_bytes(paint_board(scale), SEED + 1 + scale)
+
+
 def build(_scratch, folder):
     """Writes the board's picture in both sizes."""
     for scale, name in p.sizes("Board.bmp"):
-        p.save(p.dithered_bytes(paint_board(scale), SEED + 1 + scale), folder / name)
+        p.save(make_picture(scale), folder / name)

@@ -10,14 +10,15 @@ from pictures import colour
 from pictures import painting as p
 
 WIDTH, HEIGHT = 120, 30
-BUTTONS = (
-    ("buttonlearn", "Learn to Play", 13.5, ("7fe0a0", "1f8a4c", "0c5a30", "2aa862")),
-    ("buttonstart", "Start", 16.5, ("ff9a8c", "c8323a", "8c1428", "e0485a")),
-)
+BUTTONS = {
+    "buttonlearn.png": ("Learn to Play", 13.5, ("7fe0a0", "1f8a4c", "0c5a30", "2aa862")),
+    "buttonstart.png": ("Start", 16.5, ("ff9a8c", "c8323a", "8c1428", "e0485a")),
+}
 
 
-def paint_button(text, size, shades, scale):
-    """Linear light of a button: a glossy bar with raised letters."""
+def make_button(name, scale):
+    """8-bit sRGB of a button: a glossy bar with raised letters."""
+    text, size, shades = BUTTONS[name]
     x, y = p.grid(WIDTH, HEIGHT, scale)
     canvas = p.ramp(
         y / HEIGHT,
@@ -30,11 +31,11 @@ def paint_button(text, size, shades, scale):
     mask = p.text_mask(canvas.shape, scale, text, left, baseline, size)
     paint = p.ramp((y - baseline + size) / size, [(0, "ffffff"), (0.5, "fffbe6"), (1, "ffe7a0")])
     p.letter(canvas, scale, mask, paint, shadow=0.85, drop=0.9, spread=0.9)
-    return canvas
+    return colour.to_bytes(canvas)
 
 
 def build(_scratch, folder):
     """Writes both buttons in both sizes."""
-    for name, text, size, shades in BUTTONS:
-        for scale, file in p.sizes(name + ".png"):
-            p.save(colour.to_bytes(paint_button(text, size, shades, scale)), folder / file)
+    for button in BUTTONS:
+        for scale, name in p.sizes(button):
+            p.save(make_button(button, scale), folder / name)
