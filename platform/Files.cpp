@@ -12,6 +12,9 @@
 #include <deque>
 #include <filesystem>
 #include <string_view>
+#include <system_error>
+
+namespace fs = std::filesystem;
 
 namespace platform {
 
@@ -20,8 +23,8 @@ namespace {
 // New files are written into the first folder. Once they are whole and on the disk it takes the
 // second name, which is the moment at which the change is made: from then on the files only have to
 // be moved to their places, by this run of the program or by the next.
-constexpr char kPreparing[] = "/files.preparing";
-constexpr char kPrepared[] = "/files.prepared";
+constexpr char kPreparing[] = "files.preparing";
+constexpr char kPrepared[] = "files.prepared";
 
 constexpr mode_t kNewFileMode = 0666;  // less the user's mask
 constexpr mode_t kNewFolderMode = 0777;
@@ -34,7 +37,7 @@ constexpr int kOpenFlags = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
 class File {
  public:
-  File(const std::string& path, int flags)
+  File(const fs::path& path, int flags)
       : descriptor_(open(path.c_str(), flags | kOpenFlags, kNewFileMode)) {}
   File(const File&) = delete;
   File& operator=(const File&) = delete;
@@ -55,7 +58,7 @@ class File {
 // One program at a time changes the files of a folder. A file system without locks goes without.
 class FolderLock {
  public:
-  FolderLock(const std::string& folder, int operation)
+  FolderLock(const fs::path& folder, int operation)
       : folder_(folder, O_RDONLY | O_DIRECTORY),
         held_(folder_.IsOpen() &&
               (flock(folder_.Descriptor(), operation) == 0 || errno != EWOULDBLOCK)) {}
@@ -66,11 +69,6 @@ class FolderLock {
   File folder_;
   bool held_;
 };
-
-// After a folder could not be made: whether that is forbidden there, or something has its name.
-bool MustWriteInPlace() {
-  return errno == EACCES || errno == EPERM || errno == EEXIST;
-}
 
 std::optional<std::string> ReadAt(const File& file, off_t offset, std::size_t size) {
   std::string bytes(size, '\0');
@@ -89,45 +87,29 @@ bool WriteAll(const File& file, std::string_view bytes) {
   return true;
 }
 
-// Not a link to a folder, which may lead anywhere.
-bool IsFolder(const std::string& path) {
-  struct stat status;
-  return lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
-void RemoveFolder(const std::string& folder) {
-  if (!IsFolder(folder)) return;
-  for (const std::string& name : ListFiles(folder))
-    unlink((folder + '/' + name).c_str());
-  rmdir(folder.c_str());
-}
-
-// Carries the names in `folder` to the disk, where the file system has a way to do so.
-bool SyncNames(const std::string& folder) {
+// Carries what was written to the disk: fsync the names in `folder`, or syncfs, in one wait however
+// many files there are, all of the disk that it lies on. A file system may have no way to do the
+// first.
+bool Sync(const fs::path& folder, int (*sync)(int)) {
   const File file(folder, O_RDONLY | O_DIRECTORY);
-  return file.IsOpen() && (fsync(file.Descriptor()) == 0 || errno == EINVAL);
-}
-
-// Carries all that was written to the disk on which `folder` lies: one wait, however many files.
-bool SyncDisk(const std::string& folder) {
-  const File file(folder, O_RDONLY | O_DIRECTORY);
-  return file.IsOpen() && syncfs(file.Descriptor()) == 0;
+  return file.IsOpen() && (sync(file.Descriptor()) == 0 || errno == EINVAL);
 }
 
 // Yields whether no prepared file is left. On a disk that keeps no order of its own, a file must
 // not leave the folder before the folder's name is safe, nor the folder go before the file's place.
-bool MoveIntoPlace(const std::string& folder) {
-  const std::string prepared = folder + kPrepared;
-  if (!IsFolder(prepared)) return true;
-  bool moved = SyncNames(folder);
+bool MoveIntoPlace(const fs::path& folder) {
+  const fs::path prepared = folder / kPrepared;
+  std::error_code ignored;
+  if (!fs::is_directory(fs::symlink_status(prepared, ignored))) return true;
+  bool moved = Sync(folder, fsync);
   for (const std::string& name : ListFiles(prepared))
-    moved =
-        moved && std::rename((prepared + '/' + name).c_str(), (folder + '/' + name).c_str()) == 0;
-  return moved && SyncNames(folder) && rmdir(prepared.c_str()) == 0;
+    moved = moved && std::rename((prepared / name).c_str(), (folder / name).c_str()) == 0;
+  return moved && Sync(folder, fsync) && rmdir(prepared.c_str()) == 0;
 }
 
-bool Settle(const std::string& folder) {
-  RemoveFolder(folder + kPreparing);
+bool Settle(const fs::path& folder) {
+  std::error_code ignored;
+  fs::remove_all(folder / kPreparing, ignored);
   return MoveIntoPlace(folder);
 }
 
@@ -155,32 +137,25 @@ std::optional<std::vector<std::string>> WholeFiles(const std::vector<FileChange>
   return files;
 }
 
-bool WriteNewFile(const std::string& path, std::string_view bytes) {
+bool WriteNewFile(const fs::path& path, std::string_view bytes) {
   File file(path, O_WRONLY | O_CREAT | O_EXCL);
   return file.IsOpen() && WriteAll(file, bytes) && file.Close();
 }
 
-bool WriteNewFiles(const std::string& folder, const std::vector<FileChange>& changes,
+bool WriteNewFiles(const fs::path& folder, const std::vector<FileChange>& changes,
                    const std::vector<std::string>& files) {
-  for (std::size_t i = 0; i < files.size(); ++i) {
-    const std::string& path = changes[i].path;
-    if (!WriteNewFile(folder + path.substr(path.find_last_of('/')), files[i])) return false;
-  }
-  return true;
+  for (std::size_t i = 0; i < files.size(); ++i)
+    if (!WriteNewFile(folder / fs::path(changes[i].path).filename(), files[i])) return false;
+  return Sync(folder, syncfs);
 }
 
-void Replace(const std::string& folder, const std::vector<FileChange>& changes,
-             const std::vector<std::string>& files) {
-  const std::string preparing = folder + kPreparing;
-  if (WriteNewFiles(preparing, changes, files) && SyncDisk(preparing) &&
-      std::rename(preparing.c_str(), (folder + kPrepared).c_str()) == 0) {
-    MoveIntoPlace(folder);
-  } else {
-    RemoveFolder(preparing);
-  }
+// After a folder could not be made: whether that is forbidden there, or something has its name.
+bool MustWriteInPlace() {
+  return errno == EACCES || errno == EPERM || errno == EEXIST;
 }
 
-// Yields whether `file` has room for `bytes` from its first byte on, as far as the file system tells.
+// Yields whether `file` has room for `bytes` from its first byte on, as far as the file system
+// tells.
 bool TakeRoom(const File& file, const std::string& bytes) {
   const auto size = static_cast<off_t>(bytes.size());
   return fallocate(file.Descriptor(), FALLOC_FL_KEEP_SIZE, 0, size) == 0 || errno == EOPNOTSUPP;
@@ -215,26 +190,31 @@ std::optional<std::string> ReadEnd(const std::string& path, std::size_t size) {
 }
 
 void ChangeFiles(const std::vector<FileChange>& changes) {
-  const std::string& anyPath = changes.front().path;
-  const std::string folder = anyPath.substr(0, anyPath.find_last_of('/'));
+  const fs::path folder = fs::path(changes.front().path).parent_path();
+  const fs::path preparing = folder / kPreparing;
   const FolderLock lock(folder, LOCK_EX);
   if (!lock.IsHeld() || !Settle(folder)) return;
   const auto files = WholeFiles(changes);
-  if (files && mkdir((folder + kPreparing).c_str(), kNewFolderMode) == 0) {
-    Replace(folder, changes, *files);
+  if (files && mkdir(preparing.c_str(), kNewFolderMode) == 0) {
+    if (WriteNewFiles(preparing, changes, *files))
+      std::rename(preparing.c_str(), (folder / kPrepared).c_str());
+    Settle(folder);
   } else if (!files || MustWriteInPlace()) {
     WriteInPlace(changes);
   }
 }
 
 void SettleFiles(const std::string& folder) {
-  if (!IsFolder(folder + kPreparing) && !IsFolder(folder + kPrepared)) return;
-  const FolderLock lock(folder, LOCK_EX | LOCK_NB);
-  if (lock.IsHeld()) Settle(folder);
+  const fs::path place = folder;
+  std::error_code ignored;
+  if (!fs::exists(fs::symlink_status(place / kPreparing, ignored)) &&
+      !fs::exists(fs::symlink_status(place / kPrepared, ignored)))
+    return;
+  const FolderLock lock(place, LOCK_EX | LOCK_NB);
+  if (lock.IsHeld()) Settle(place);
 }
 
 std::vector<std::string> ListFiles(const std::string& folder) {
-  namespace fs = std::filesystem;
   std::vector<std::string> names;
   std::error_code failed;
   for (fs::directory_iterator file(folder, failed), end; !failed && file != end;
@@ -245,7 +225,7 @@ std::vector<std::string> ListFiles(const std::string& folder) {
 
 bool IsFile(const std::string& path) {
   std::error_code ignored;
-  return std::filesystem::is_regular_file(path, ignored);
+  return fs::is_regular_file(path, ignored);
 }
 
 }  // namespace platform
