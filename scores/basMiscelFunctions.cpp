@@ -128,8 +128,7 @@ void CheckHighScore() {
   const ScoreTable& table = ReadScores(gameMode);
   newScoreRank = kNoRank;
   for (int16 place = 1; place <= kPlaces; ++place)
-    if (score > table[static_cast<std::size_t>(place)])
-      newScoreRank = std::min(newScoreRank, place);
+    if (score > At(table, place)) newScoreRank = std::min(newScoreRank, place);
   if (newScoreRank != kNoRank) nameWanted = true;
 }
 

@@ -78,6 +78,16 @@ TEST_F(MainWindow, StatusLineShowsDesignCaptionsUntilTheTimerWritesTheGame) {
   EXPECT_EQ(StatusLine(), "Score: 150 Level: 3 Matches Left: 17");
 }
 
+TEST_F(MainWindow, WantedNameIsAskedForOnce) {
+  nameWanted = true;
+  window.Timer1_Timer();
+  auto* const entry = window.findChild<QWidget*>("frmHSName");
+  ASSERT_TRUE(entry != nullptr && entry->isVisible());
+  entry->close();
+  window.Timer1_Timer();
+  EXPECT_FALSE(entry->isVisible());
+}
+
 TEST_F(MainWindow, NewGameOpensTheChooserWhereTheStateAllowsIt) {
   std::vector<int> allowed;
   for (int state = stateLoading; state <= stateEndMessage; ++state) {
