@@ -29,7 +29,7 @@ constexpr char kPrepared[] = "files.prepared";
 constexpr mode_t kNewFileMode = 0666;  // less the user's mask
 constexpr mode_t kNewFolderMode = 0777;
 
-// A file with more bytes to keep than these is not copied but written in place.
+// A file that keeps more bytes than these is too long to copy; it is written in place.
 constexpr off_t kLongestCopy = 1 << 20;
 
 // A pipe or a device in a file's place must not hold the program up.
@@ -87,9 +87,8 @@ bool WriteAll(const File& file, std::string_view bytes) {
   return true;
 }
 
-// Carries what was written to the disk: fsync the names in `folder`, or syncfs, in one wait however
-// many files there are, all of the disk that it lies on. A file system may have no way to do the
-// first.
+// `sync` is fsync, for the names in `folder`, or syncfs, for all of its file system: one wait,
+// however many files are new. Some file systems can't sync a folder and say EINVAL.
 bool Sync(const fs::path& folder, int (*sync)(int)) {
   const File file(folder, O_RDONLY | O_DIRECTORY);
   return file.IsOpen() && (sync(file.Descriptor()) == 0 || errno == EINVAL);
