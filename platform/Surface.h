@@ -1,48 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Drawing surfaces: a screen surface clipped to one control, off-screen surfaces, bitmaps from
-// files, rectangle copies with and without a transparent colour, text, lines and boxes.
+// files, rectangle copies with and without a transparent colour, text, lines and boxes. Positions
+// and sizes are in logical pixels.
 #pragma once
 
-#include <cstdint>
-#include <memory>
-#include <string>
+#include "platform/Frame.h"
 
 #include "platform/Window.h"
 
 namespace platform {
-
-/// Pixels; right and bottom lie just outside.
-struct Rect {
-  std::int32_t left = 0;
-  std::int32_t top = 0;
-  std::int32_t right = 0;
-  std::int32_t bottom = 0;
-
-  constexpr std::int32_t Width() const { return right - left; }
-  constexpr std::int32_t Height() const { return bottom - top; }
-  friend bool operator==(const Rect&, const Rect&) = default;
-};
-
-struct Size {
-  std::int32_t width = 0;
-  std::int32_t height = 0;
-  friend bool operator==(const Size&, const Size&) = default;
-};
-
-/// A colour as 0xBBGGRR: red in the lowest byte.
-using Colour = std::int32_t;
-
-constexpr Colour RGB(int red, int green, int blue) {
-  return red | green << 8 | blue << 16;
-}
-
-/// A font by family and by the height of its em square in pixels, so that no desktop setting
-/// changes the layout.
-struct Font {
-  std::string family;
-  int pixelSize = 0;
-  friend bool operator==(const Font&, const Font&) = default;
-};
 
 /// Width and height in pixels of `text` in `font`, each rounded to a whole number.
 Size MeasureText(const Font& font, const std::string& text);
@@ -54,51 +20,75 @@ void GetWindowRect(WindowHandle window, Rect& rect);
 /// Whether a copy leaves out the pixels of the source's colour key.
 enum class ColorKey { Ignore, Source };
 
-/// Keeps what is drawn on a surface inside one control.
+/// What leads from the screen surface into one control.
 class Clipper {
  public:
   virtual ~Clipper() = default;
   virtual void SetHWnd(WindowHandle window) = 0;
+  /// Shows `frame` in the control, which then paints it again whenever it has to.
+  virtual void Show(const Frame& frame) = 0;
 };
 
+/// Records what is drawn on it. A copy that covers it whole begins the record anew.
 class Surface {
  public:
-  virtual ~Surface() = default;
+  /// A black surface, or one that holds the bitmap `pixels`.
+  explicit Surface(Size size, std::shared_ptr<const Pixels> pixels = nullptr);
 
-  virtual Size GetSurfaceDesc() const = 0;
+  Size GetSurfaceDesc() const { return size_; }
 
-  /// Binds the screen surface to the control of `clipper`. Without a clipper it shows nothing.
-  virtual void SetClipper(std::shared_ptr<Clipper> clipper) = 0;
+  /// Makes this the screen surface of the control of `clipper`: whatever is copied to it is shown
+  /// there, and nothing is recorded.
+  void SetClipper(std::shared_ptr<Clipper> clipper);
 
-  /// Pixels whose colour lies from `low` to `high` in each channel are left out of the copies that
-  /// ask for it.
-  virtual void SetColorKey(Colour low, Colour high) = 0;
+  /// Pixels of the colour `low`, which `high` has to equal, are left out of the copies that ask for
+  /// it.
+  void SetColorKey(Colour low, Colour high);
 
   /// Copies `from` of `source` into `to`, and stretches smoothly if the two differ in size. Yields
   /// false and draws nothing when a rectangle has no size, when `from` is not wholly inside the
-  /// source or when `to` is wholly outside this surface; a `to` that lies partly outside is
-  /// clipped.
-  virtual bool Blt(const Rect& to, const Surface& source, const Rect& from, ColorKey key) = 0;
+  /// source, when the source holds no bitmap or when `to` is wholly outside this surface; a `to`
+  /// that lies partly outside is clipped.
+  bool Blt(const Rect& to, const Surface& source, const Rect& from, ColorKey key);
 
   /// Copies `from` of `source` to (x, y) without stretching and without clipping. Yields false and
   /// draws nothing when either rectangle has no size or is not wholly inside its surface.
-  virtual bool BltFast(std::int32_t x, std::int32_t y, const Surface& source, const Rect& from,
-                       ColorKey key) = 0;
+  bool BltFast(std::int32_t x, std::int32_t y, const Surface& source, const Rect& from,
+               ColorKey key);
 
   /// True: text is drawn without a background.
-  virtual void SetFontTransparency(bool transparent) = 0;
+  void SetFontTransparency(bool transparent) { transparent_ = transparent; }
   /// Colour of text, lines and box outlines from now on.
-  virtual void SetForeColor(Colour colour) = 0;
+  void SetForeColor(Colour colour) { foreColour_ = colour; }
   /// Fill colour of boxes from now on.
-  virtual void SetFillColor(Colour colour) = 0;
-  virtual void SetFont(const Font& font) = 0;
+  void SetFillColor(Colour colour) { fillColour_ = colour; }
+  void SetFont(const Font& font) { font_ = font; }
   /// Draws `text` with its top left corner at (x, y).
-  virtual void DrawText(std::int32_t x, std::int32_t y, const std::string& text) = 0;
+  void DrawText(std::int32_t x, std::int32_t y, const std::string& text);
   /// Draws a filled box with an outline in the foreground colour, from (x1, y1) up to but without
   /// (x2, y2). A box without width or height draws nothing.
-  virtual void DrawBox(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) = 0;
-  /// Draws a line one pixel wide, both ends included.
-  virtual void DrawLine(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) = 0;
+  void DrawBox(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2);
+  /// Draws a line across or down, one pixel wide, from (x1, y1) to the right or down to (x2, y2),
+  /// both ends included.
+  void DrawLine(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2);
+
+  /// What was drawn since the record began.
+  const Frame& Drawn() const { return drawn_; }
+
+ private:
+  bool Accepts(const Rect& to, const Surface& source, const Rect& from) const;
+  void Add(DrawItem item);
+  void BeginAnew();
+
+  Size size_;
+  std::shared_ptr<const Pixels> pixels_;
+  std::optional<Colour> key_;
+  std::shared_ptr<Clipper> clipper_;
+  bool transparent_ = true;
+  Colour foreColour_ = 0;
+  Colour fillColour_ = 0;
+  Font font_;
+  Frame drawn_;
 };
 
 /// The maker of all surfaces.
@@ -107,7 +97,7 @@ class DisplayDevice {
   virtual ~DisplayDevice() = default;
   virtual void SetCooperativeLevel(WindowHandle window) = 0;
   virtual std::shared_ptr<Surface> CreatePrimarySurface() = 0;
-  /// A black surface. Throws Error if there is no memory for it.
+  /// A black surface.
   virtual std::shared_ptr<Surface> CreateSurface(Size size) = 0;
   /// A surface that holds the bitmap file at `path` and has its size. Throws Error for a file that
   /// is missing, no bitmap, damaged, or larger than 4096 pixels a side.

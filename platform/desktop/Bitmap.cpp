@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Reading of bitmap files (BMP: Microsoft's BITMAPFILEHEADER and BITMAPINFOHEADER or the older
 // BITMAPCOREHEADER, as in the Windows graphics documentation, "Bitmap storage").
+#include "platform/desktop/Bitmap.h"
+
 #include <QFile>
 #include <QImageReader>
 #include <QtEndian>
 #include <cstdlib>
 
 #include "platform/Error.h"
-#include "platform/desktop/ImageSurface.h"
 
 namespace platform::desktop {
 

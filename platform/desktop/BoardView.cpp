@@ -3,9 +3,11 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
+#include <QPaintEvent>
 #include <algorithm>
-#include <cstring>
+
+#include "platform/desktop/Conversions.h"
+#include "platform/desktop/FramePainter.h"
 
 namespace platform::desktop {
 
@@ -34,22 +36,20 @@ BoardView::BoardView(QWidget* parent, const BoardInput& input) : QWidget(parent)
   setFocusPolicy(Qt::StrongFocus);
 }
 
-// A copy of its own, since the frame is composed anew while this one may have to be painted again.
-void BoardView::Present(const QImage& frame) {
-  if (shown_.size() != frame.size()) shown_ = QImage(frame.size(), frame.format());
-  std::memcpy(shown_.bits(), frame.constBits(), static_cast<std::size_t>(frame.sizeInBytes()));
-  repaint();
+void BoardView::Present(const Frame& frame) {
+  const int overlap = Overlap(devicePixelRatio());
+  QRegion changed;
+  for (const Rect& rect : Differences(shown_, frame))
+    changed += ToQRect(rect).adjusted(-overlap, -overlap, overlap, overlap);
+  if (changed.isEmpty()) return;
+  shown_ = frame;
+  repaint(changed);
 }
 
 void BoardView::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
-  if (shown_.isNull()) {
-    painter.fillRect(event->rect(), Qt::black);
-    return;
-  }
-  painter.setRenderHint(QPainter::SmoothPixmapTransform);
-  painter.setCompositionMode(QPainter::CompositionMode_Source);
-  painter.drawImage(rect(), shown_);
+  if (shown_.empty()) painter.fillRect(event->rect(), Qt::black);
+  PaintFrame(painter, event->region(), shown_);
 }
 
 void BoardView::mousePressEvent(QMouseEvent* event) {

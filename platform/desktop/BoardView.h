@@ -3,9 +3,9 @@
 // screen, and reports the mouse in pixels of the board, and the keys.
 #pragma once
 
-#include <QImage>
 #include <QWidget>
 
+#include "platform/Frame.h"
 #include "platform/Keys.h"
 
 namespace platform::desktop {
@@ -25,8 +25,8 @@ class BoardView : public QWidget {
  public:
   BoardView(QWidget* parent, const BoardInput& input);
 
-  /// Shows `frame`, of which it keeps a copy.
-  void Present(const QImage& frame);
+  /// Shows `frame`: repaints at once what differs from the one before.
+  void Present(const Frame& frame);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -38,7 +38,7 @@ class BoardView : public QWidget {
 
  private:
   BoardInput input_;
-  QImage shown_;
+  Frame shown_;
 };
 
 }  // namespace platform::desktop

@@ -118,17 +118,6 @@ TEST_F(View, ReportsItsKeysAndTheMotionThatFollowsThem) {
   EXPECT_EQ(Told(), "pointer; ");
 }
 
-TEST_F(View, ShowsTheFrameItWasHanded) {
-  QImage frame(512, 576, QImage::Format_RGB32);
-  frame.fill(0xFF102030);
-  frame.setPixel(5, 7, 0xFFFFFFFF);
-  view.Present(frame);
-  frame.fill(Qt::red);
-  const QImage shown = view.grab().toImage().scaled(512, 576);
-  EXPECT_EQ(shown.pixel(200, 300), 0xFF102030);
-  EXPECT_NE(shown.pixel(5, 7), 0xFF102030);
-}
-
 TEST(Events, LetEventsRunHandlesWhatWaitsAndReturns) {
   int handled = 0;
   for (int i = 0; i < 3; ++i)

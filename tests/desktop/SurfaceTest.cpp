@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Real surfaces, pixel by pixel, and bitmap files in every state of repair.
+// Frames as they are painted, pixel by pixel, and bitmap files in every state of repair.
 #include <gtest/gtest.h>
 
 #include <QDir>
@@ -11,14 +11,13 @@
 #include <random>
 
 #include "platform/Error.h"
-#include "platform/desktop/FrameSurface.h"
-#include "platform/desktop/ImageSurface.h"
+#include "platform/Surface.h"
+#include "platform/desktop/Bitmap.h"
+#include "platform/desktop/FramePainter.h"
+#include "platform/desktop/Pixels.h"
 
 namespace platform {
 namespace {
-
-using desktop::FrameSurface;
-using desktop::ImageSurface;
 
 constexpr QRgb kRed = 0xFFFF0000;
 constexpr QRgb kGreen = 0xFF00FF00;
@@ -33,8 +32,7 @@ QImage Filled(int width, int height, QRgb colour) {
   return image;
 }
 
-int Count(const ImageSurface& surface, QRgb colour) {
-  const QImage& image = surface.Image();
+int Count(const QImage& image, QRgb colour) {
   int count = 0;
   for (int y = 0; y < image.height(); ++y)
     for (int x = 0; x < image.width(); ++x)
@@ -42,11 +40,15 @@ int Count(const ImageSurface& surface, QRgb colour) {
   return count;
 }
 
+// A surface of 16 by 16, blue, and a red sprite of 8 by 8 whose first two pixels are black and
+// nearly black.
 class Surfaces : public testing::Test {
  protected:
-  Surfaces() : to(Filled(16, 16, kBlue)), sprite(Sprite()) { sprite.SetColorKey(0, 0); }
+  Surfaces() : to({16, 16}), sprite(FromFile("sprite", Sprite())) {
+    sprite.SetColorKey(0, 0);
+    Fill(to, {0, 0, 16, 16}, RGB(0, 0, 255));
+  }
 
-  // Red, but for its first two pixels.
   static QImage Sprite() {
     QImage image = Filled(8, 8, kRed);
     image.setPixel(0, 0, kBlack);
@@ -54,88 +56,61 @@ class Surfaces : public testing::Test {
     return image;
   }
 
-  // One operation, the same on every surface for the same state of `random`.
-  void DrawAtRandom(Surface& surface, std::minstd_rand& random) const {
-    const auto below = [&](unsigned count) { return static_cast<int>(random() % count); };
-    const int x = below(20) - 4;
-    const int y = below(20) - 4;
-    switch (below(6)) {
-      case 0:
-        surface.BltFast(x, y, sprite, kAll, ColorKey::Source);
-        break;
-      case 1:
-        surface.Blt({x, y, x + 5, y + 5}, sprite, kAll, ColorKey::Source);
-        break;
-      case 2:
-        surface.SetForeColor(RGB(0, x * 10 + 40, 0));
-        break;
-      case 3:
-        surface.SetFillColor(RGB(y * 10 + 40, 0, 0));
-        break;
-      case 4:
-        surface.DrawBox(x, y, x + 4, y + 4);
-        break;
-      default:
-        surface.DrawLine(x, y, x + 3, y);
-    }
+  static void Fill(Surface& surface, const Rect& rect, Colour colour) {
+    surface.SetForeColor(colour);
+    surface.SetFillColor(colour);
+    surface.DrawBox(rect.left, rect.top, rect.right, rect.bottom);
   }
 
-  QRgb At(int x, int y) const { return to.Image().pixel(x, y); }
+  Surface FromFile(const QString& name, const QImage& image) const {
+    image.save(folder.filePath(name + ".bmp"));
+    const auto pixels =
+        std::make_shared<const Pixels>(folder.filePath(name + ".bmp").toStdString());
+    return Surface(pixels->GetSize(), pixels);
+  }
 
-  ImageSurface to;
-  ImageSurface sprite;
+  static QImage Painted(const Surface& surface, qreal ratio = 1) {
+    const Size size = surface.GetSurfaceDesc();
+    QImage image = Filled(qRound(size.width * ratio), qRound(size.height * ratio), kNearlyBlack);
+    image.setDevicePixelRatio(ratio);
+    QPainter painter(&image);
+    desktop::PaintFrame(painter, QRect(0, 0, size.width, size.height), surface.Drawn());
+    return image;
+  }
+
+  // Or red, by its last pixel; the toolkit's scaling may take a little of either.
+  static bool IsGreen(const QImage& image) {
+    const QColor colour = image.pixelColor(image.rect().bottomRight());
+    EXPECT_GT(std::abs(colour.green() - colour.red()), 250);
+    return colour.green() > colour.red();
+  }
+
+  QTemporaryDir folder;
+  Surface to;
+  Surface sprite;
 };
 
-// Frame after frame, on a surface that paints late and on one that paints at once. Every other
-// frame is drawn like the one before.
-TEST_F(Surfaces, PaintingLateGivesTheSamePicture) {
-  const ImageSurface ground(Filled(16, 16, kBlue));
-  FrameSurface late(Filled(16, 16, kBlack));
-  ImageSurface atOnce(Filled(16, 16, kBlack));
-  for (unsigned frame = 0; frame < 400; ++frame) {
-    for (Surface* const surface : {static_cast<Surface*>(&late), static_cast<Surface*>(&atOnce)}) {
-      std::minstd_rand random(frame / 2 + 1);
-      surface->Blt({0, 0, 16, 16}, ground, {0, 0, 16, 16}, ColorKey::Ignore);
-      surface->SetForeColor(0);
-      surface->SetFillColor(0);
-      for (auto calls = random() % 6; calls > 0; --calls)
-        DrawAtRandom(*surface, random);
-    }
-    if (frame % 5 == 4) continue;  // a frame that nobody looked at
-    const long version = late.Version();
-    ASSERT_EQ(late.Image(), atOnce.Image()) << "frame " << frame;
-    if (frame % 2 == 1 && frame % 5 != 0) {
-      ASSERT_EQ(late.Version(), version) << "frame " << frame << " was painted for nothing";
-    }
-  }
-}
-
-// As without the picture of the board, and without a window that asks for the frame.
+// As without the picture of the board.
 TEST_F(Surfaces, FramesThatNothingWipesDoNotPileUp) {
-  FrameSurface late(Filled(16, 16, kBlack));
-  ImageSurface atOnce(Filled(16, 16, kBlack));
-  std::minstd_rand random(1);
-  std::minstd_rand same(1);
-  for (int i = 0; i < 10'000; ++i) {
-    DrawAtRandom(late, random);
-    DrawAtRandom(atOnce, same);
-  }
-  EXPECT_GT(late.Version(), 1);
-  EXPECT_EQ(late.Image(), atOnce.Image());
+  for (int i = 0; i < 10'000; ++i)
+    to.DrawLine(0, 0, i % 16, 0);
+  EXPECT_LE(to.Drawn().size(), 1000U);
+  EXPECT_TRUE(to.Blt({0, 0, 16, 16}, sprite, kAll, ColorKey::Ignore));
+  EXPECT_EQ(to.Drawn().size(), 1U);
 }
 
 TEST_F(Surfaces, KeyedCopiesLeaveOutPureBlackAlone) {
   for (const bool fast : {true, false}) {
-    ImageSurface fresh(Filled(16, 16, kBlue));
-    EXPECT_TRUE(fast ? fresh.BltFast(4, 5, sprite, kAll, ColorKey::Source)
-                     : fresh.Blt({4, 5, 12, 13}, sprite, kAll, ColorKey::Source));
+    Fill(to, {0, 0, 16, 16}, RGB(0, 0, 255));
+    EXPECT_TRUE(fast ? to.BltFast(4, 5, sprite, kAll, ColorKey::Source)
+                     : to.Blt({4, 5, 12, 13}, sprite, kAll, ColorKey::Source));
     QImage expected = Filled(16, 16, kBlue);
     for (int i = 1; i < 64; ++i)
       expected.setPixel(4 + i % 8, 5 + i / 8, i == 1 ? kNearlyBlack : kRed);
-    EXPECT_EQ(fresh.Image(), expected) << fast;
+    EXPECT_EQ(Painted(to), expected) << fast;
   }
   EXPECT_TRUE(to.Blt(kAll, sprite, kAll, ColorKey::Ignore));
-  EXPECT_EQ(At(0, 0), kBlack);
+  EXPECT_EQ(Painted(to).pixel(0, 0), kBlack);
 }
 
 TEST_F(Surfaces, RefuseBadRectanglesWithoutATrace) {
@@ -144,55 +119,106 @@ TEST_F(Surfaces, RefuseBadRectanglesWithoutATrace) {
       {{0, 0, 8, 8}, {0, 0, 9, 8}}, {{0, 0, 8, 8}, {-1, 0, 7, 8}}, {{16, 0, 24, 8}, kAll},
       {{0, -8, 8, 0}, kAll},
   };
+  const Frame before = to.Drawn();
   for (const auto& [target, part] : kStretched)
     EXPECT_FALSE(to.Blt(target, sprite, part, ColorKey::Source)) << target.left;
   for (const auto& [x, y] : {std::pair{-1, 0}, {0, -1}, {9, 0}, {0, 9}, {-8, 0}, {16, 0}})
     EXPECT_FALSE(to.BltFast(x, y, sprite, kAll, ColorKey::Source)) << x << ',' << y;
   for (const Rect& part : {Rect{4, 4, 12, 12}, Rect{4, 4, 4, 8}})
     EXPECT_FALSE(to.BltFast(0, 0, sprite, part, ColorKey::Source));
-  EXPECT_EQ(Count(to, kBlue), 256);
+  EXPECT_FALSE(to.Blt(kAll, Surface({8, 8}), kAll, ColorKey::Ignore)) << "no bitmap";
+  to.DrawBox(4, 4, 4, 8);
+  to.DrawBox(20, 4, 2, 8);
+  EXPECT_EQ(to.Drawn(), before);
 }
 
-TEST_F(Surfaces, StretchesAndClips) {
-  const ImageSurface tiny(Filled(3, 5, kGreen));
+TEST_F(Surfaces, StretchAndClip) {
+  const Surface tiny = FromFile("tiny", Filled(3, 5, kGreen));
   EXPECT_TRUE(to.Blt({0, 0, 16, 16}, tiny, {0, 0, 3, 5}, ColorKey::Ignore));
-  EXPECT_EQ(Count(to, kGreen), 256);
-  const ImageSurface big(Filled(64, 64, kRed));
+  const Surface big = FromFile("big", Filled(64, 64, kRed));
   EXPECT_TRUE(to.Blt({12, 12, 20, 20}, big, {0, 0, 64, 64}, ColorKey::Ignore));
-  EXPECT_EQ(Count(to, kRed), 16);
+  for (const qreal ratio : {1.0, 1.5, 2.0}) {
+    const QImage painted = Painted(to, ratio);
+    EXPECT_EQ(Count(painted, kRed), 16 * ratio * ratio);
+    EXPECT_EQ(Count(painted, kGreen), 240 * ratio * ratio);
+  }
 }
 
-TEST_F(Surfaces, DrawLinesAndBoxes) {
+TEST_F(Surfaces, DrawLinesAndBoxesOfWholeDevicePixels) {
   to.SetForeColor(RGB(0, 255, 0));
   to.SetFillColor(RGB(255, 0, 0));
   to.DrawLine(2, 1, 6, 1);
   to.DrawLine(10, 3, 10, 9);
-  EXPECT_EQ(Count(to, kGreen), 5 + 7);
   to.DrawBox(2, 8, 7, 12);
-  EXPECT_EQ(At(2, 8), kGreen);
-  EXPECT_EQ(At(6, 11), kGreen);
-  EXPECT_EQ(At(7, 12), kBlue);
-  to.DrawBox(4, 4, 4, 8);
-  to.DrawBox(20, 4, 2, 8);
-  EXPECT_EQ(Count(to, kRed), 3 * 2);
+  const QImage once = Painted(to);
+  EXPECT_EQ(Count(once, kGreen), 5 + 7 + 5 * 4 - 3 * 2);
+  EXPECT_EQ(Count(once, kRed), 3 * 2);
+  EXPECT_EQ(once.pixel(6, 11), kGreen);
+  EXPECT_EQ(once.pixel(7, 12), kBlue);
+  EXPECT_EQ(Painted(to, 2), once.scaled(32, 32).convertToFormat(QImage::Format_RGB32));
 }
 
 TEST_F(Surfaces, DrawTextWithoutABackground) {
   const Font font = {"Arial", 35};
   const Size size = MeasureText(font, "Level");
   EXPECT_EQ(MeasureText(font, "gjpq").height, size.height);
-  ImageSurface wide(Filled(200, 60, kBlue));
+  Surface wide({200, 60});
   wide.SetFontTransparency(true);
   wide.SetForeColor(RGB(255, 0, 0));
   wide.SetFont(font);
   wide.DrawText(10, 5, "Level");
-  EXPECT_EQ(Count(wide, 0xFFFFFFFF), 0) << "a background";
-  EXPECT_GT(Count(wide, kRed), 100);
-  EXPECT_LT(Count(wide, kRed), size.width * size.height / 2);
-  wide.SetForeColor(RGB(0, 0, 255));
-  wide.SetFillColor(RGB(0, 0, 255));
-  wide.DrawBox(9, 5, 12 + size.width, 6 + size.height);
-  EXPECT_EQ(Count(wide, kBlue), 200 * 60) << "text outside its measure";
+  const Rect bounds = BoundsOf(wide.Drawn().back());
+  for (const qreal ratio : {1.0, 1.75}) {
+    const QImage painted = Painted(wide, ratio);
+    EXPECT_EQ(Count(painted, 0xFFFFFFFF), 0) << "a background";
+    EXPECT_GT(Count(painted, kRed), 100 * ratio * ratio);
+    EXPECT_LT(Count(painted, kRed), size.width * size.height / 2 * ratio * ratio);
+  }
+  for (const Rect& rect : {Rect{9, 5, 12 + size.width, 6 + size.height}, bounds}) {
+    Fill(wide, rect, RGB(0, 0, 0));
+    EXPECT_EQ(Count(Painted(wide), kBlack), 200 * 60) << "text outside its measure";
+  }
+}
+
+// Beside a bitmap its picture at twice the size, if it is one.
+TEST_F(Surfaces, TakeThePictureOfTwiceTheSizeWhereTheScreenShowsIt) {
+  const QImage once = Filled(64, 64, kRed);
+  struct Row {
+    QImage twice;
+    bool taken;
+  };
+  for (const Row& row : {Row{Filled(128, 128, kGreen), true}, Row{Filled(64, 64, kGreen), false},
+                         Row{Filled(128, 127, kGreen), false}, Row{QImage(), false}}) {
+    const QString path = folder.filePath("picture@2x.png");
+    QFile::remove(path);
+    row.twice.save(path);
+    Surface shown({64, 64});
+    const Surface picture = FromFile("picture", once);
+    EXPECT_TRUE(shown.Blt({0, 0, 64, 64}, picture, {0, 0, 64, 64}, ColorKey::Ignore));
+    for (const qreal ratio : {1.0, 1.25, 1.5, 2.0, 3.0, 1.0, 2.0}) {
+      EXPECT_EQ(IsGreen(Painted(shown, ratio)), row.taken && ratio > 1)
+          << ratio << ' ' << row.twice.height();
+    }
+    QFile::remove(path);
+    QFile::remove(folder.filePath("picture.bmp"));
+    EXPECT_EQ(IsGreen(Painted(shown, 1.5)), row.taken) << "files are gone";
+  }
+}
+
+// What stands in one cell of a sheet does not show at the edge of another.
+TEST_F(Surfaces, ScaleSpritesCellByCell) {
+  QImage image = Filled(128, 64, kRed);
+  for (int y = 0; y < 64; ++y)
+    for (int x = 64; x < 128; ++x)
+      image.setPixel(x, y, kGreen);
+  Surface sheet = FromFile("sheet", image);
+  sheet.SetColorKey(0, 0);
+  Surface shown({64, 64});
+  EXPECT_TRUE(shown.BltFast(0, 0, sheet, {0, 0, 64, 64}, ColorKey::Source));
+  for (const qreal ratio : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
+    const QImage painted = Painted(shown, ratio);
+    EXPECT_EQ(Count(painted, kRed), painted.width() * painted.height()) << ratio;
+  }
 }
 
 class Bitmaps : public testing::Test {

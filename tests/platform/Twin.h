@@ -42,10 +42,13 @@ void ScriptNumbers(const std::vector<int>& numbers, int count);
 std::size_t ScriptedRndLeft();
 
 // Surfaces.
-void LogDrawing(bool on);
-/// Lines such as "BltFast 0,64 gemsheet1024x512.bmp 0,0,64,64"; refused copies end in " refused".
-std::vector<std::string>& DrawingLog();
-/// Size of the bitmap file of this name; 64 by 64 where nothing is said.
+/// Called with each frame at the moment it is shown. Null ends it.
+void OnShow(std::function<void(const platform::Frame&)> listener);
+/// A line for each item, such as "gemsheet1024x512.bmp 0,0,64,64 0,64,64,128 keyed" with the part
+/// of the bitmap first, "Box 20,521,256,531 61440 200" with outline and filling, or "Text 1,531
+/// 61440 Level: 1".
+std::vector<std::string> Lines(const platform::Frame& frame);
+/// Size of the bitmap file of this name, which has to be told before it is loaded.
 void SetBitmapSize(const std::string& name, platform::Size size);
 /// Any call that needs the thing of this name throws Error: a file name, "display" or "sound".
 /// A graph yields false for a broken file.

@@ -124,21 +124,19 @@ TEST_F(End, MessageIsPlacedFromTheSizeOfTheScore) {
     level = 2;
     levelWon = won;
     newBoardWanted = false;
-    twin::LogDrawing(true);
-    ShowMessageWithClicks({600});
-    twin::LogDrawing(false);
     std::vector<std::string> shown;
-    for (const std::string& line : twin::DrawingLog()) {
-      if (line.starts_with("Text") || line.starts_with("ForeColor")) shown.push_back(line);
-      if (line.starts_with("Blt screen 100,100,612,676 back 0,0,512,576")) break;
-    }
-    twin::DrawingLog().clear();
+    twin::OnShow([&](const platform::Frame& frame) {
+      if (shown.empty()) shown = twin::Lines(frame);
+    });
+    ShowMessageWithClicks({600});
+    twin::OnShow(nullptr);
     std::vector<std::string> expected = {
-        "ForeColor 200", "Text 170,270 Score: 1234", "ForeColor 61440", "Text 168,268 Score: 1234",
-        "ForeColor 200", "Text 170,220 Level: 1",    "ForeColor 61440", "Text 168,218 Level: 1"};
+        "Board.bmp 0,0,512,576 0,0,512,576", "Text 170,270 200 Score: 1234",
+        "Text 168,268 61440 Score: 1234", "Text 170,220 200 Level: 1",
+        "Text 168,218 61440 Level: 1"};
     if (won == kTrue)
-      expected.insert(expected.end(), {"ForeColor 200", "Text 145,370 Click to Continue",
-                                       "ForeColor 61440", "Text 143,368 Click to Continue"});
+      expected.insert(expected.end(), {"Text 145,370 200 Click to Continue",
+                                       "Text 143,368 61440 Click to Continue"});
     EXPECT_EQ(shown, expected);
   }
 }

@@ -148,6 +148,26 @@ void Perform(const std::string& words) {
   }
 }
 
+void PreparePlay(std::istream& file) {
+  std::string word;
+  std::uint64_t seed = 0;
+  int mode = 0;
+  int16 atLevel = 0;
+  int end = 0;
+  file >> word >> seed >> word >> mode >> word >> atLevel >> word >> end >> std::ws;
+  StartScriptedGame(seed);
+  gameMode = static_cast<GameMode>(mode);
+  level = atLevel;
+  twin::ScheduleAt(end * kTicksPerFrame, [] { throw twin::ProgramEnded{0}; });
+  int frame = 0;
+  for (std::string line; std::getline(file, line) && !line.empty();) {
+    std::istringstream words(line);
+    words >> word >> frame >> std::ws;
+    std::getline(words, line);
+    twin::ScheduleAt(frame * kTicksPerFrame, [line] { Perform(line); });
+  }
+}
+
 std::string TakeSounds() {
   std::string names;
   for (const std::string& file : twin::PlayedSounds())

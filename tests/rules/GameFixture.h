@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <istream>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,13 @@ void PressAndRelease(int cell);
 /// is the cell under the mouse, or how many frames to run, or how often to press a key such as
 /// "keyleft2". "pick" is press, release and click.
 void Perform(const std::string& words);
+
+constexpr int32 kTicksPerFrame = 21;
+
+/// Starts the game of a play kept as text and schedules all that is done in it: one line tells how
+/// the game starts and at which frame it ends, by twin::ProgramEnded; then come lines "at N words",
+/// done N frames after the start, up to a blank line.
+void PreparePlay(std::istream& file);
 
 /// The effects played since the last call, as "select badswap".
 std::string TakeSounds();

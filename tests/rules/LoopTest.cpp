@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The frame loop: what a frame draws and in which order, how long it lasts, and how a new board
 // starts it anew.
+#include <algorithm>
 #include <limits>
 #include <set>
 #include <stdexcept>
@@ -15,28 +16,36 @@ namespace {
 
 class Loop : public GameTest {};
 
-// What a line of the log draws, by a part of it; the first one that fits.
+// What a line of a frame draws, by a part of it; the first one that fits.
 constexpr std::pair<const char*, const char*> kDrawings[] = {
-    {"Blt screen", "screen"},  {"Board.bmp", "board"}, {"Target.bmp", "target"}, {"BltFast", "gem"},
-    {"gemsheet", "shrinking"}, {"Text", "status"},     {"Box", "status"},        {"Line", "status"},
+    {"Board.bmp", "board"}, {"Target.bmp", "target"}, {"gemsheet", "gem"},
+    {"Text", "status"},     {"Box", "status"},
 };
 
-// The drawings of the log, equal ones in a row counted, and none of the settings of colour or font.
-std::string Drawings() {
+// The drawings of the frame, equal ones in a row counted.
+std::string Drawings(const platform::Frame& frame) {
   std::vector<std::pair<std::string, int>> counted;
-  for (const std::string& line : twin::DrawingLog()) {
-    for (const auto& [part, what] : kDrawings) {
-      if (line.find(part) == std::string::npos) continue;
-      if (counted.empty() || counted.back().first != what) counted.emplace_back(what, 0);
-      ++counted.back().second;
-      break;
-    }
+  for (const platform::DrawItem& item : frame) {
+    const std::string line = twin::Lines({item}).front();
+    const auto* const drawing =
+        std::find_if(std::begin(kDrawings), std::end(kDrawings),
+                     [&](const auto& row) { return line.find(row.first) != std::string::npos; });
+    const auto* const copy = std::get_if<platform::Copy>(&item);
+    const bool shrunk = copy != nullptr && copy->to.Width() != copy->from.Width();
+    const std::string what = shrunk ? "shrunk" : drawing->second;
+    if (counted.empty() || counted.back().first != what) counted.emplace_back(what, 0);
+    ++counted.back().second;
   }
   std::string text;
   for (const auto& [what, count] : counted)
     text += what + (count > 1 ? std::to_string(count) : "") + ' ';
-  twin::DrawingLog().clear();
   return text;
+}
+
+// Every frame that is shown from now on, as its drawings and "screen".
+void CollectShown(std::string& shown) {
+  shown.clear();
+  twin::OnShow([&](const platform::Frame& frame) { shown += Drawings(frame) + "screen "; });
 }
 
 struct Scene {
@@ -53,12 +62,12 @@ TEST_F(Loop, DrawsEachStateInItsOrder) {
       {"", "board gem64 ", stateIdle, stateIdle},
       {"", "board gem64 ", stateDealing, stateDealing},
       {"", "board gem64 ", stateShaking, stateShaking},
-      {"", "board gem64 ", stateFlyOut, stateFlyOut},
+      {"", "board ", stateFlyOut, stateFlyOut},  // all gems have left it
       {"pick12", "board target gem64 ", stateSelected, stateSelected},
       {"pick12 pick20", "board target2 gem64 ", stateSwapping, stateSwapping},
-      {"pick12 pick20 frames15", "board target2 shrinking64 ", stateSwapping, stateClearing},
-      {"pick12 pick20 frames16", "board shrinking64 ", stateClearing, stateClearing},
-      {"pick12 pick20 frames31", "board gem64 ", stateClearing, stateFalling},
+      {"pick12 pick20 frames15", "board target2 gem64 ", stateSwapping, stateClearing},
+      {"pick12 pick20 frames16", "board gem18 shrunk3 gem43 ", stateClearing, stateClearing},
+      {"pick12 pick20 frames31", "board gem61 ", stateClearing, stateFalling},
       {"pick12 pick20 frames32", "board gem64 ", stateFalling, stateFalling},
       {"pick9 pick10 frames31", "board target2 gem64 ", stateSwapping, stateIdle},
   };
@@ -70,10 +79,11 @@ TEST_F(Loop, DrawsEachStateInItsOrder) {
     Perform(scene.words);
     if (*scene.words == '\0') gameState = scene.before;
     EXPECT_EQ(gameState, scene.before);
-    twin::LogDrawing(true);
+    std::string shown;
+    CollectShown(shown);
     RunFrame();
     EXPECT_EQ(gameState, scene.after);
-    EXPECT_EQ(Drawings(), std::string(scene.drawn) + "status9 screen ");
+    EXPECT_EQ(shown, std::string(scene.drawn) + "status9 screen ");
   }
 }
 
@@ -130,19 +140,20 @@ TEST_F(Loop, NothingOfTheOldFrameRunsAfterANewBoardIsAskedFor) {
     SCOPED_TRACE(place);
     StartScriptedGame();
     int32 asked = -1;
+    std::string shown;
     twin::ScheduleAtPlace(1, [] { SetBoard(QuietBoard()); });
     twin::ScheduleAtPlace(2 + place, [&] {
       score = 50;
       Perform("new pick12 hint new");
       EXPECT_EQ(TakeSounds(), "");
-      twin::LogDrawing(true);
+      CollectShown(shown);
       asked = platform::TickCount();
     });
     std::string after = "none";
     RunLoopWhile([&] {
       if (asked < 0 || newBoardWanted) return true;
       if (after != "none") return false;
-      after = Drawings();
+      after = std::exchange(shown, "");
       return true;
     });
     EXPECT_EQ(after, "");
@@ -150,7 +161,7 @@ TEST_F(Loop, NothingOfTheOldFrameRunsAfterANewBoardIsAskedFor) {
     EXPECT_EQ(gameState, stateDealing);
     EXPECT_EQ(Gem(0).pixY, -512 + 13);
     EXPECT_EQ(score, 0);
-    EXPECT_EQ(Drawings(), "board gem64 status9 screen ");
+    EXPECT_EQ(shown, "board gem8 status9 screen ");
   }
 }
 

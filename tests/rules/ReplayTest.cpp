@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Whole plays kept as text: how the game starts and at which frame it ends, then lines "at N
-// words", done N frames of 21 ms after the start; and behind a blank line the log, which has to
-// come again as it stands.
+// Whole plays kept as text. Behind their last move and a blank line stands a log, which has to come
+// again as it stands.
 #include <filesystem>
 #include <fstream>
 #include <iomanip>
@@ -18,8 +17,6 @@
 namespace glimmerfall {
 namespace {
 
-constexpr int32 kTicksPerFrame = 21;
-
 // FNV-1a (Fowler, Noll, Vo), 32 bits, over the kinds and the ids of the cells.
 std::uint32_t BoardHash() {
   std::uint32_t hash = 2166136261U;
@@ -33,27 +30,6 @@ void WriteLogLine(std::ostream& log) {
   log << "frame " << platform::TickCount() / kTicksPerFrame << " state " << gameState << " level "
       << level << " matches " << matchCount << " score " << score << " board " << std::hex
       << std::setw(8) << std::setfill('0') << BoardHash() << std::dec << '\n';
-}
-
-// Starts the game of the file's first line and schedules all that is done in it.
-void PreparePlay(std::istream& file) {
-  std::string word;
-  std::uint64_t seed = 0;
-  int mode = 0;
-  int16 atLevel = 0;
-  int end = 0;
-  file >> word >> seed >> word >> mode >> word >> atLevel >> word >> end >> std::ws;
-  StartScriptedGame(seed);
-  gameMode = static_cast<GameMode>(mode);
-  level = atLevel;
-  twin::ScheduleAt(end * kTicksPerFrame, [] { throw twin::ProgramEnded{0}; });
-  int frame = 0;
-  for (std::string line; std::getline(file, line) && !line.empty();) {
-    std::istringstream words(line);
-    words >> word >> frame >> std::ws;
-    std::getline(words, line);
-    twin::ScheduleAt(frame * kTicksPerFrame, [line] { Perform(line); });
-  }
 }
 
 std::string LogOfPlay() {

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+// Recorded plays in a real window, in which only what changes is painted: after every frame it has
+// to show, pixel by pixel, what a repaint of all of it gives.
+#include <QBackingStore>
+#include <QTest>
+#include <fstream>
+#include <random>
+
+#include "display/basDirectDrawStuff.h"
+#include "platform/Events.h"
+#include "platform/desktop/BoardView.h"
+#include "rules/basGameClock.h"
+#include "rules/basInitializingGameBoard.h"
+#include "rules/basMainGameLoop.h"
+#include "tests/platform/Twin.h"
+#include "tests/rules/GameFixture.h"
+
+namespace glimmerfall {
+namespace {
+
+constexpr int kMenuHeight = 19;  // at half-way ratios the board begins between two device pixels
+constexpr int kDisturbedEvery = 40;  // frames
+
+// The board below a menu bar, and what a desktop does to a window.
+class Screen : public platform::Clipper {
+ public:
+  Screen() : view_(&window_, {}), cover_(&window_) {
+    window_.setFixedSize(kSurfaceWidth, kMenuHeight + kSurfaceHeight);
+    view_.setGeometry(0, kMenuHeight, kSurfaceWidth, kSurfaceHeight);
+    cover_.setAutoFillBackground(true);
+    cover_.hide();
+    Expose();
+  }
+
+  void SetHWnd(platform::WindowHandle) override {}
+
+  void Show(const platform::Frame& frame) override {
+    view_.Present(frame);
+    if (frame == last_) return;
+    last_ = frame;
+    if (++frames_ % kDisturbedEvery == 0) Disturb();
+    Repaint(full_, view_.devicePixelRatio());
+    if (full_ != Shown()) ++wrong_;
+  }
+
+  platform::WindowHandle Board() { return static_cast<QWidget*>(&view_); }
+  int Frames() const { return frames_; }
+  int Wrong() const { return wrong_; }
+
+ private:
+  void Expose() {
+    window_.show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window_));
+    QApplication::processEvents();
+  }
+
+  void Repaint(QImage& image, qreal ratio) {
+    const QSize size = view_.size() * ratio;
+    if (image.size() != size) image = QImage(size, QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    view_.render(&image);
+  }
+
+  // The board's part of what the window holds, not copied.
+  QImage Shown() {
+    const auto* const all = static_cast<QImage*>(window_.backingStore()->paintDevice());
+    const int top = qRound(kMenuHeight * view_.devicePixelRatio());
+    return {all->constScanLine(top), full_.width(), full_.height(), all->bytesPerLine(),
+            full_.format()};
+  }
+
+  // Covered, covered in part, asked to repaint a part, or shown at another ratio in between.
+  void Disturb() {
+    const auto below = [&](int count) { return static_cast<int>(random_()) % count; };
+    const QRect part(below(400), below(400), 1 + below(200), 1 + below(200));
+    switch (frames_ / kDisturbedEvery % 4) {
+      case 0:
+        window_.hide();
+        return Expose();
+      case 1:
+        cover_.setGeometry(part);
+        cover_.show();
+        QApplication::processEvents();
+        return cover_.hide();
+      case 2:
+        return view_.update(part);
+      default: {
+        QImage other;
+        Repaint(other, view_.devicePixelRatio() + 0.25);
+      }
+    }
+  }
+
+  QWidget window_;
+  platform::desktop::BoardView view_;
+  QWidget cover_;
+  platform::Frame last_;
+  QImage full_;
+  std::minstd_rand random_;
+  int frames_ = 0;
+  int wrong_ = 0;
+};
+
+class Frames : public testing::TestWithParam<const char*> {};
+
+TEST_P(Frames, ShowWhatARepaintWouldShow) {
+  const auto screen = std::make_shared<Screen>();
+  std::ifstream file(std::string(TEST_DATA "/plays/") + GetParam() + ".txt");
+  PreparePlay(file);
+  picBoardHandle = screen->Board();
+  primarySurface->SetClipper(screen);
+  InitGameBoard();
+  platform::StartTimer(UpdateClock);
+  EXPECT_THROW(RunGameLoop(), twin::ProgramEnded);
+  EXPECT_GT(screen->Frames(), 1000);
+  EXPECT_EQ(screen->Wrong(), 0);
+  ReleaseAll();
+}
+
+INSTANTIATE_TEST_SUITE_P(Plays, Frames,
+                         testing::Values("normal", "frantic", "relaxing", "marathon"));
+
+}  // namespace
+}  // namespace glimmerfall
