@@ -117,12 +117,12 @@ void FillFallList() {
   fallList.insert(fallList.end(), clearList.begin(), clearList.end());
 }
 
-// In Frantic the level's own time overwrites the bonus.
 void AddClockBonus() {
   if (clockRunning == kFalse) return;
   timeBonus = static_cast<float32>(clearList.size());
-  if (gameMode != modeMarathon) timeLeft += timeBonus;
-  if (gameMode == modeFrantic) SetFranticClock();
+  const ClearEarns earned = RowOf(gameMode).clearEarns;
+  if (earned == ClearEarns::Seconds) timeLeft += timeBonus;
+  if (earned == ClearEarns::FullClock) SetFranticClock();
 }
 
 void WinLevel() {
@@ -134,7 +134,7 @@ void WinLevel() {
 }
 
 void EndClear() {
-  if (gameMode == modeMarathon) {
+  if (RowOf(gameMode).onlyLevel != 0) {
     if (timeLeft > 0) return;
     EndPlay();
     levelWon = kFalse;

@@ -4,8 +4,7 @@
 #include "platform/Events.h"
 #include "platform/Time.h"
 #include "rules/basEndOfGame.h"
-#include "rules/basGameModes.h"
-#include "rules/state/basWholeNumber.h"
+#include "rules/state/basModes.h"
 #include "sound/DXAudio.h"
 
 namespace glimmerfall {
@@ -35,23 +34,16 @@ void PlayFile(const char* file) {
 }
 
 void BeepWhenLow() {
-  const ModeClock& clock = ClockOfMode(gameMode);
+  const Mode& mode = RowOf(gameMode);
   // The mode may have been chosen for the next game while the clock of this one still runs.
-  if (clock.runs == kFalse || timeLeft > clock.beepBelow) return;
+  if (mode.clockRuns == kFalse || timeLeft > mode.beepBelow) return;
   const float32 now = platform::Timer();
-  if (platform::SecondsSince(lastBeepTick, now) < clock.beepSpacing) return;
+  if (platform::SecondsSince(lastBeepTick, now) < mode.beepSpacing) return;
   lastBeepTick = now;
   PlayFile("timerbeep.wav");
 }
 
 }  // namespace
-
-StatusCaptions CurrentCaptions() {
-  const bool marathon = gameMode == modeMarathon;
-  const int matches = marathon ? matchCount : ClearsOfLevel(level) - matchCount;
-  return {WholeNumber(score), marathon ? "Marathon" : std::to_string(level),
-          std::to_string(matches)};
-}
 
 void UpdateClock() {
   if (clockRunning == kFalse || newBoardWanted) return;

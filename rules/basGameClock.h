@@ -1,22 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The game clock, which follows the wall clock and not the frames: its step, its beep and its end,
-// the pause, and the captions of the menu bar's status line.
+// and the pause.
 #pragma once
 
-#include <string>
-
-#include "rules/state/basGameState.h"
-
 namespace glimmerfall {
-
-/// What the timer writes into the menu bar.
-struct StatusCaptions {
-  std::string mnuScore;
-  std::string mnuCount;
-  std::string mnuMatchCount;
-};
-
-StatusCaptions CurrentCaptions();
 
 /// The clock's part of the timer event. While the game is paused it stays in here and lets events
 /// run, which holds the frame beneath it.
@@ -25,8 +12,8 @@ void UpdateClock();
 /// Whether the next UpdateClock would wait for the end of a pause.
 bool PauseHolds();
 
-/// The Pause command, in any state. The caller sets the menu's check mark to `paused` and then plays
-/// the sound, which lets events run.
+/// The Pause command, in any state. The caller sets the menu's check mark to `paused` and then
+/// plays the sound, which lets events run.
 void TogglePause();
 void PlayPauseSound();
 

@@ -8,19 +8,6 @@ namespace glimmerfall {
 
 namespace {
 
-constexpr std::array<ModeClock, kModeCount> kModeClocks = {{
-    {kTrue, 50, 7, 1.0F},   // Normal
-    {kTrue, 10, 2, 0.7F},   // Frantic
-    {kFalse, 50, 0, 0},     // Relaxing
-    {kTrue, 180, 7, 1.0F},  // Marathon
-}};
-
-// From this level on a Normal board starts with less than a full clock.
-constexpr int16 kNormalShortLevel = 6;
-constexpr float32 kNormalShortTime = 21;
-
-constexpr int16 kMarathonLevel = 18;
-
 constexpr float64 kFranticSeconds = 10;
 constexpr float64 kFranticSecondsPerLevel = 0.3;
 constexpr float64 kFranticLeastSeconds = 5;
@@ -34,17 +21,12 @@ constexpr int16 kMostKinds = 8;
 
 }  // namespace
 
-const ModeClock& ClockOfMode(GameMode mode) {
-  return kModeClocks[static_cast<std::size_t>(mode)];
-}
-
 void SetModeClock() {
-  const ModeClock& clock = ClockOfMode(gameMode);
-  clockRunning = clock.runs;
-  timeLimit = clock.timeLimit;
-  if (clock.runs != kFalse) timeLeft = timeLimit;
-  if (gameMode == modeNormal && level >= kNormalShortLevel) timeLeft = kNormalShortTime;
-  if (gameMode == modeMarathon) level = kMarathonLevel;
+  const Mode& mode = RowOf(gameMode);
+  clockRunning = mode.clockRuns;
+  timeLimit = mode.timeLimit;
+  if (mode.clockRuns != kFalse) timeLeft = level < kLateLevel ? mode.timeLimit : mode.lateTimeLeft;
+  if (mode.onlyLevel != 0) level = mode.onlyLevel;
 }
 
 void SetFranticClock() {

@@ -1,22 +1,12 @@
 // SPDX-License-Identifier: MIT
-// What makes a mode: its clock and its levels. All numbers of the four modes stand in one table.
+// What the row of a mode means in play: the clock of a new board, and the levels.
 #pragma once
 
-#include "rules/state/basGameState.h"
+#include "rules/state/basModes.h"
 
 namespace glimmerfall {
 
-/// How the clock of a mode runs; all times in seconds.
-struct ModeClock {
-  Flag runs;
-  float32 timeLimit;    ///< full value at a new board
-  float32 beepBelow;    ///< the warning beep sounds at or below this
-  float32 beepSpacing;  ///< and at most this often
-};
-
-const ModeClock& ClockOfMode(GameMode mode);
-
-/// Starts the clock of `gameMode` for a new board. Sets `level` in Marathon.
+/// Starts the clock of `gameMode` for a new board. Sets `level` in a mode of one level.
 void SetModeClock();
 
 /// Sets timeLeft and timeLimit of Frantic from `level`; never below 5 seconds.

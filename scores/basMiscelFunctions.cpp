@@ -9,6 +9,7 @@
 
 #include "platform/Events.h"
 #include "platform/Program.h"
+#include "rules/state/basModes.h"
 #include "rules/state/basWholeNumber.h"
 #include "scores/CodePage.h"
 #include "scores/basScoreTables.h"
@@ -152,10 +153,10 @@ void ResetScoreTables() {
   ScoreTable defaults;
   defaults.fill(kDefaultScore);
   Changes changes;
-  for (const GameMode mode : {modeNormal, modeFrantic, modeRelaxing, modeMarathon}) {
+  for (const Mode& row : kModes) {
     for (int place = 1; place <= kPlaces; ++place)
-      WriteTextFile(kDefaultName, NameFile(mode, place), changes);
-    WriteScores(mode, defaults, changes);
+      WriteTextFile(kDefaultName, NameFile(row.mode, place), changes);
+    WriteScores(row.mode, defaults, changes);
   }
   platform::ChangeFiles(changes);
 }

@@ -61,7 +61,7 @@ void CheckHighScore();
 /// window can leave, enters nothing. Lets events run once for each name.
 void EnterHighScore(const std::string& name);
 
-/// Writes the default name and score into every place of all four tables.
+/// Writes the default name and score into every place of all tables.
 void ResetScoreTables();
 
 }  // namespace glimmerfall

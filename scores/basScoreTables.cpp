@@ -1,32 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "scores/basScoreTables.h"
 
-#include <array>
-
 #include "platform/Program.h"
+#include "rules/state/basModes.h"
 
 namespace glimmerfall {
 
 namespace {
 
-struct TableFiles {
-  ScoreTable& scores;
-  const char* scorePrefix;
-  const char* namePrefix;
-};
-
-// By mode.
-constexpr std::array<TableFiles, kModeCount> kTables = {{
-    {scoresNormal, "score", "scorename"},
-    {scoresFrantic, "scorefr", "scorenamefr"},
-    {scoresRelaxing, "scorere", "scorenamere"},
-    {scoresMarathon, "scorema", "scorenamema"},
-}};
 constexpr char kExtension[] = ".gwk";
-
-const TableFiles& FilesOf(GameMode mode) {
-  return kTables[static_cast<std::size_t>(mode)];
-}
 
 std::string PathOf(const char* prefix, int place) {
   return platform::ProgramFolder() + '/' + prefix + std::to_string(place) + kExtension;
@@ -35,15 +17,15 @@ std::string PathOf(const char* prefix, int place) {
 }  // namespace
 
 std::string ScoreFile(GameMode mode, int place) {
-  return PathOf(FilesOf(mode).scorePrefix, place);
+  return PathOf(RowOf(mode).scorePrefix, place);
 }
 
 std::string NameFile(GameMode mode, int place) {
-  return PathOf(FilesOf(mode).namePrefix, place);
+  return PathOf(RowOf(mode).namePrefix, place);
 }
 
 ScoreTable& WorkingCopy(GameMode mode) {
-  return FilesOf(mode).scores;
+  return shared.scores[static_cast<std::size_t>(mode)];
 }
 
 }  // namespace glimmerfall

@@ -8,6 +8,7 @@
 #include <array>
 
 #include "platform/desktop/Layout.h"
+#include "rules/state/basModes.h"
 #include "scores/basMiscelFunctions.h"
 
 namespace glimmerfall {
@@ -26,21 +27,22 @@ constexpr TextLook kLineText = {FontFamily::Verdana, 9.75, kWhite, Qt::AlignLeft
                                 true};
 constexpr Control kOk = {"OKButton", "OK", {208, 568, 81, 25}};
 
-// One of the four tables, in the order in which they are read.
+// A mode's table, in the order in which they are read: a heading, and below it a line a place.
 struct Block {
   GameMode mode;
-  Control heading;
+  const char* headingName;
   const char* linePrefix;  // of the controls' names
   int firstNumber;
   int left;
-  int top;  // of place 1
+  int top;
 };
-constexpr std::array<Block, kModeCount> kBlocks = {{
-    {modeNormal, {"Label32", "Normal:", {8, 40, 225, 17}}, "Label", 1, 8, 64},
-    {modeFrantic, {"Label33", "Frantic:", {240, 40, 225, 17}}, "Label", 11, 240, 64},
-    {modeRelaxing, {"Label34", "Relaxing:", {8, 304, 225, 17}}, "Label", 21, 8, 328},
-    {modeMarathon, {"Label31", "Marathon:", {240, 304, 225, 17}}, "m", 1, 240, 328},
-}};
+constexpr auto kBlocks = std::to_array<Block>({
+    {modeNormal, "Label32", "Label", 1, 8, 40},
+    {modeFrantic, "Label33", "Label", 11, 240, 40},
+    {modeRelaxing, "Label34", "Label", 21, 8, 304},
+    {modeMarathon, "Label31", "m", 1, 240, 304},
+});
+static_assert(HasEachModeOnce(kBlocks));
 constexpr int kLineWidth = 225;
 constexpr int kLineHeight = 17;
 constexpr int kLineStep = 24;
@@ -85,12 +87,15 @@ class frmHighScores : public SmallWindow {
 
  private:
   void AddBlock(const Block& block, Lines& lines) {
-    AddLabel(*this, block.heading, kTableHeadingText);
+    const auto place = [&block](int line) {
+      return Place{block.left, block.top + line * kLineStep, kLineWidth, kLineHeight};
+    };
+    const QByteArray heading = QByteArray(RowOf(block.mode).name) + ':';
+    AddLabel(*this, {block.headingName, heading.constData(), place(0)}, kTableHeadingText);
     for (int i = 0; i < kPlaces; ++i) {
       const QByteArray name = block.linePrefix + QByteArray::number(block.firstNumber + i);
-      const Place place = {block.left, block.top + i * kLineStep, kLineWidth, kLineHeight};
       lines[static_cast<std::size_t>(i)] =
-          AddLabel(*this, {name.constData(), "", place}, kLineText);
+          AddLabel(*this, {name.constData(), "", place(i + 1)}, kLineText);
     }
   }
 

@@ -22,6 +22,7 @@
 #include "rules/basMainGameLoop.h"
 #include "rules/basManipulatingGems.h"
 #include "rules/basNewGame.h"
+#include "rules/basStatusCaptions.h"
 #include "rules/state/basGameState.h"
 #include "scores/frmHSName.h"
 #include "scores/frmHighScores.h"

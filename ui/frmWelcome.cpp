@@ -9,7 +9,7 @@
 #include <array>
 
 #include "platform/desktop/Layout.h"
-#include "rules/state/basGameState.h"
+#include "rules/state/basModes.h"
 #include "ui/frmLearn.h"
 
 namespace glimmerfall {
@@ -35,19 +35,24 @@ struct ModeOption {
   Control control;
   const char* tooltip;
   GameMode mode;
+  std::size_t tab;  // its turn when the Tab key walks, behind Start and the lesson
 };
-constexpr std::array<ModeOption, kModeCount> kOptions = {{
+constexpr auto kOptions = std::to_array<ModeOption>({
     {{"Option1", "Normal", {328, 64, 17, 25}},
      "Match 3 to earn points and time to match more.",
-     modeNormal},
+     modeNormal,
+     2},
     {{"Option2", "Frantic", {328, 96, 17, 25}},
      "Fast matching mode, start with 10 seconds and it goes down from there.",
-     modeFrantic},
+     modeFrantic,
+     4},
     {{"Option3", "Marathon", {328, 128, 17, 29}},
      "You will have 3 minutes to score as much as you can.",
-     modeMarathon},
-    {{"Option4", "Relaxed", {328, 168, 17, 25}}, "No time limit, just matching", modeRelaxing},
-}};
+     modeMarathon,
+     3},
+    {{"Option4", "Relaxed", {328, 168, 17, 25}}, "No time limit, just matching", modeRelaxing, 5},
+});
+static_assert(HasEachModeOnce(kOptions));
 
 constexpr Control kLearn = {"Command2", "Learn to Play", {272, 280, 121, 25}};
 constexpr QRgb kLearnColour = qRgb(192, 255, 192);
@@ -178,8 +183,9 @@ class frmWelcome : public SmallWindow {
   }
 
   void SetTabOrder() {
-    const std::array<QWidget*, 6> order = {OKButton,    Command2,    options_[0],
-                                           options_[2], options_[1], options_[3]};
+    std::array<QWidget*, kModeCount + 2> order = {OKButton, Command2};
+    for (std::size_t i = 0; i < kOptions.size(); ++i)
+      order[kOptions[i].tab] = options_[i];
     for (std::size_t i = 1; i < order.size(); ++i)
       setTabOrder(order[i - 1], order[i]);
   }

@@ -81,8 +81,14 @@ enum GameState : int32 {
   stateEndMessage = 9,  ///< showing the level-up or game-over text
 };
 
-enum GameMode : int32 { modeNormal = 0, modeFrantic = 1, modeRelaxing = 2, modeMarathon = 3 };
-inline constexpr int kModeCount = 4;
+/// What each is like: basModes.h.
+enum GameMode : int32 {
+  modeNormal = 0,
+  modeFrantic = 1,
+  modeRelaxing = 2,
+  modeMarathon = 3,
+  kModeCount  ///< no mode, but how many there are
+};
 
 inline constexpr int16 kNoRank = 99;
 inline constexpr int kPlaces = 10;
@@ -151,10 +157,7 @@ struct SharedVariables {
   Flag quitRequested = kFalse;   ///< the program is closing
   int16 newScoreRank = kNoRank;  ///< place 1..10 that a new high score takes; kNoRank is none
   bool nameWanted = false;       ///< set by CheckHighScore, cleared by the main window, which asks
-  ScoreTable scoresNormal{};
-  ScoreTable scoresFrantic{};
-  ScoreTable scoresRelaxing{};
-  ScoreTable scoresMarathon{};
+  std::array<ScoreTable, kModeCount> scores{};  ///< by mode
 
   // Filled when the main window loads: the paths of the three bitmaps, the window itself and its
   // picture box.
@@ -197,10 +200,10 @@ inline auto& musicVolume = shared.musicVolume;
 inline auto& quitRequested = shared.quitRequested;
 inline auto& newScoreRank = shared.newScoreRank;
 inline auto& nameWanted = shared.nameWanted;
-inline auto& scoresNormal = shared.scoresNormal;
-inline auto& scoresFrantic = shared.scoresFrantic;
-inline auto& scoresRelaxing = shared.scoresRelaxing;
-inline auto& scoresMarathon = shared.scoresMarathon;
+inline auto& scoresNormal = shared.scores[modeNormal];
+inline auto& scoresFrantic = shared.scores[modeFrantic];
+inline auto& scoresRelaxing = shared.scores[modeRelaxing];
+inline auto& scoresMarathon = shared.scores[modeMarathon];
 inline auto& boardBitmapPath = shared.boardBitmapPath;
 inline auto& gemSheetPath = shared.gemSheetPath;
 inline auto& targetBitmapPath = shared.targetBitmapPath;

@@ -13,6 +13,7 @@
 #include "rules/basMainGameLoop.h"
 #include "rules/basMatchingGems.h"
 #include "rules/basMoveShapes.h"
+#include "rules/basStatusCaptions.h"
 #include "tests/platform/Twin.h"
 #include "tests/rules/GameFixture.h"
 

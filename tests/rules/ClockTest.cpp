@@ -6,6 +6,7 @@
 #include "rules/basGameClock.h"
 #include "rules/basGameModes.h"
 #include "rules/basMainGameLoop.h"
+#include "rules/basStatusCaptions.h"
 #include "tests/platform/Twin.h"
 #include "tests/rules/GameFixture.h"
 
@@ -138,12 +139,12 @@ TEST_F(Clock, CaptionsTellScoreLevelAndMatches) {
   score = 1234567;
   level = 3;
   matchCount = 4;
-  for (const GameMode mode : {modeNormal, modeFrantic, modeRelaxing, modeMarathon}) {
-    gameMode = mode;
+  for (const Mode& row : kModes) {
+    gameMode = row.mode;
     const StatusCaptions captions = CurrentCaptions();
     EXPECT_EQ(captions.mnuScore, "1234567");
-    EXPECT_EQ(captions.mnuCount, mode == modeMarathon ? "Marathon" : "3");
-    EXPECT_EQ(captions.mnuMatchCount, mode == modeMarathon ? "4" : "17");
+    EXPECT_EQ(captions.mnuCount, gameMode == modeMarathon ? "Marathon" : "3");
+    EXPECT_EQ(captions.mnuMatchCount, gameMode == modeMarathon ? "4" : "17");
   }
 }
 

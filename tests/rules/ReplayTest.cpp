@@ -11,6 +11,7 @@
 #include "rules/basGameClock.h"
 #include "rules/basInitializingGameBoard.h"
 #include "rules/basMainGameLoop.h"
+#include "rules/state/basModes.h"
 #include "tests/platform/Twin.h"
 #include "tests/rules/GameFixture.h"
 
@@ -50,9 +51,9 @@ std::string LogOfPlay() {
 class Replay : public GameTest {};
 
 TEST_F(Replay, EveryPlayGoesAsItsLogTells) {
-  for (const char* name : {"normal", "frantic", "relaxing", "marathon"}) {
-    SCOPED_TRACE(name);
-    std::ifstream file(std::string(TEST_DATA "/plays/") + name + ".txt");
+  for (const Mode& mode : kModes) {
+    SCOPED_TRACE(mode.name);
+    std::ifstream file(std::string(TEST_DATA "/plays/") + mode.name + ".txt");
     PreparePlay(file);
     std::ostringstream told;
     told << file.rdbuf();

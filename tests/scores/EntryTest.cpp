@@ -12,8 +12,8 @@ namespace {
 class EntryTest : public ScoreTest {
  protected:
   void StoreTables() {
-    for (const GameMode mode : kAllModes)
-      Store(FilesOf(mode, SampleTable(mode)));
+    for (const Mode& row : kModes)
+      Store(FilesOf(row.mode, SampleTable(row.mode)));
   }
 
   void Enter(const std::string& name, double points) {
@@ -53,7 +53,8 @@ TEST_F(EntryTest, AFreshFolderTakesAnyScoreAboveZero) {
 
 TEST_F(EntryTest, ANewScorePushesTheRestOfItsOwnTableDown) {
   StoreTables();
-  for (const GameMode mode : kAllModes) {
+  for (const Mode& row : kModes) {
+    const GameMode mode = row.mode;
     Table table = SampleTable(mode);
     gameMode = mode;
     for (const int rank : {10, 4, 1}) {
@@ -138,9 +139,9 @@ TEST_F(EntryTest, EventsWhileNamesAreReadDoNotDisturbTheEntry) {
 TEST_F(EntryTest, AResetWritesTheDefaultsIntoAllFiles) {
   Store("scorema3.gwk", ScoreBytes(1) + "tail");
   Snapshot expected;
-  for (const GameMode mode : kAllModes)
-    expected.merge(FilesOf(mode, {std::vector<double>(kPlaces, 100),
-                                  std::vector<std::string>(kPlaces, "Norvane Games")}));
+  for (const Mode& row : kModes)
+    expected.merge(FilesOf(row.mode, {std::vector<double>(kPlaces, 100),
+                                      std::vector<std::string>(kPlaces, "Norvane Games")}));
   expected["scorema3.gwk"] += "tail";
   scoresNormal[1] = 7;
   faulty::Reset();

@@ -8,12 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "rules/state/basGameState.h"
+#include "rules/state/basModes.h"
 #include "tests/platform/ScratchFolder.h"
 
 namespace glimmerfall {
-
-inline constexpr GameMode kAllModes[] = {modeNormal, modeFrantic, modeRelaxing, modeMarathon};
 
 /// Name and bytes of each file in a folder and below it; a folder's name ends in a slash.
 using Snapshot = std::map<std::string, std::string>;

@@ -163,7 +163,7 @@ TEST_F(StoreTest, DamagedFilesShowAsLinesAndTakeANewScore) {
   for (unsigned seed = 1; seed <= kSeeds; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
-    gameMode = kAllModes[random() % kModeCount];
+    gameMode = kModes[random() % kModeCount].mode;
     for (const auto& [file, bytes] : FilesOf(gameMode, SampleTable(gameMode)))
       Store(file, DamagedBytes(random));
     score = static_cast<double>(random() % 1000000);

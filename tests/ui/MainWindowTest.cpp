@@ -11,8 +11,7 @@
 #include <QTimer>
 
 #include "platform/Time.h"
-#include "rules/basGameModes.h"
-#include "rules/state/basGameState.h"
+#include "rules/state/basModes.h"
 #include "sound/DXAudio.h"
 #include "tests/platform/Twin.h"
 #include "ui/frmMain.h"
@@ -142,7 +141,7 @@ TEST_F(MainWindow, NewGameRightBehindPauseStartsAtOnceWithItsOwnTime) {
   });
   EXPECT_TRUE(newBoardWanted);
   Entry("Pause").trigger();
-  EXPECT_EQ(pausedTimeLeft, ClockOfMode(modeMarathon).timeLimit);
+  EXPECT_EQ(pausedTimeLeft, RowOf(modeMarathon).timeLimit);
 }
 
 TEST_F(MainWindow, ChoiceStandsThoughTheOldClockRunsOutBehindTheChooser) {
