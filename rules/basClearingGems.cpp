@@ -23,19 +23,19 @@ constexpr float64 kLevelPoints = 100;  // times the new level
 constexpr std::array<float64, 8> kKindPoints = {0, 85, 95, 95, 100, 90, 85, 90};
 
 struct ChainReward {
-  const SoundBufferRef* sound;
+  Effect sound;
   float64 points;
 };
 
 // By chainCount from 2 on; the last row stands for every longer chain.
 constexpr std::array<ChainReward, 7> kChainRewards = {{
-    {&sndCombo2, 50},
-    {&sndCombo3, 50},
-    {&sndCombo4, 50},
-    {&sndCombo5, 50},
-    {&sndCombo6, 50},
-    {&sndCombo7, 50},
-    {&sndExcellent, 500},
+    {sndCombo2, 50},
+    {sndCombo3, 50},
+    {sndCombo4, 50},
+    {sndCombo5, 50},
+    {sndCombo6, 50},
+    {sndCombo7, 50},
+    {sndExcellent, 500},
 }};
 constexpr int16 kFirstRewardedChain = 2;
 
@@ -64,7 +64,7 @@ void RewardChain() {
   if (chainCount < kFirstRewardedChain) return;
   const auto row = static_cast<std::size_t>(chainCount - kFirstRewardedChain);
   const ChainReward& reward = kChainRewards[std::min(row, kChainRewards.size() - 1)];
-  PlayEffect(*reward.sound);
+  PlayEffect(reward.sound);
   score += reward.points;
 }
 

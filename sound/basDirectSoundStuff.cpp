@@ -13,51 +13,38 @@
 namespace glimmerfall {
 
 std::shared_ptr<platform::SoundDevice> ds;
-SoundBufferRef primarySoundBuffer;
-SoundBufferRef sndSelect;
-SoundBufferRef sndBadSwap;
-SoundBufferRef sndGotSet;
-SoundBufferRef sndGotSetBig;
-SoundBufferRef sndCombo2;
-SoundBufferRef sndCombo3;
-SoundBufferRef sndCombo4;
-SoundBufferRef sndCombo5;
-SoundBufferRef sndCombo6;
-SoundBufferRef sndCombo7;
-SoundBufferRef sndExcellent;
-SoundBufferRef sndGemDrop;
-SoundBufferRef sndExplode;
-SoundBufferRef sndGameOver;
-SoundBufferRef sndTimerBeep;
-SoundBufferRef sndGameOverLevel;
+std::shared_ptr<platform::SoundBuffer> primarySoundBuffer;
 
 namespace {
 
 constexpr int32 kEffectVolume = -1000;  // hundredths of a decibel: the one level of all effects
 
-struct Effect {
-  SoundBufferRef* buffer;
-  const char* file;
+struct EffectFile {
+  Effect effect;
+  const char* name;
 };
+constexpr auto kEffectFiles = std::to_array<EffectFile>({
+    {sndSelect, "select.wav"},
+    {sndBadSwap, "badswap.wav"},
+    {sndGotSet, "gotset.wav"},
+    {sndGotSetBig, "gotsetbig.wav"},
+    {sndCombo2, "combo2.wav"},
+    {sndCombo3, "combo3.wav"},
+    {sndCombo4, "combo4.wav"},
+    {sndCombo5, "combo5.wav"},
+    {sndCombo6, "combo6.wav"},
+    {sndCombo7, "combo7.wav"},
+    {sndExcellent, "excellent.wav"},
+    {sndGemDrop, "gemdrop.wav"},
+    {sndExplode, "explode.wav"},
+    {sndGameOver, "gameover.wav"},
+    {sndTimerBeep, "timerbeep.wav"},
+    {sndGameOverLevel, "gameoverlevel.wav"},
+});
+static_assert(kEffectFiles.size() == kEffectCount);
 
-constexpr std::array<Effect, 16> kEffects = {{
-    {&sndSelect, "select.wav"},
-    {&sndBadSwap, "badswap.wav"},
-    {&sndGotSet, "gotset.wav"},
-    {&sndGotSetBig, "gotsetbig.wav"},
-    {&sndCombo2, "combo2.wav"},
-    {&sndCombo3, "combo3.wav"},
-    {&sndCombo4, "combo4.wav"},
-    {&sndCombo5, "combo5.wav"},
-    {&sndCombo6, "combo6.wav"},
-    {&sndCombo7, "combo7.wav"},
-    {&sndExcellent, "excellent.wav"},
-    {&sndGemDrop, "gemdrop.wav"},
-    {&sndExplode, "explode.wav"},
-    {&sndGameOver, "gameover.wav"},
-    {&sndTimerBeep, "timerbeep.wav"},
-    {&sndGameOverLevel, "gameoverlevel.wav"},
-}};
+// By effect; null before they are loaded.
+std::array<std::shared_ptr<platform::SoundBuffer>, kEffectCount> buffers;
 
 void StartMusic() {
   music = std::make_unique<DXAudio>();
@@ -71,8 +58,8 @@ void LoadEffects() {
   ds->SetCooperativeLevel(frmMainHandle);
   primarySoundBuffer = ds->CreateSoundBuffer();
   const std::string folder = platform::ProgramFolder() + "/sounds/";
-  for (const Effect& effect : kEffects)
-    *effect.buffer = ds->CreateSoundBufferFromFile(folder + effect.file);
+  for (const auto& [effect, name] : kEffectFiles)
+    buffers[effect] = ds->CreateSoundBufferFromFile(folder + name);
 }
 
 }  // namespace
@@ -90,7 +77,8 @@ void LoadSounds() {
   }
 }
 
-void PlayEffect(const SoundBufferRef& buffer) {
+void PlayEffect(Effect effect) {
+  const auto& buffer = buffers[effect];
   if (soundOn == kFalse || !buffer) return;
   buffer->SetVolume(kEffectVolume);
   buffer->SetCurrentPosition(0);
@@ -98,8 +86,7 @@ void PlayEffect(const SoundBufferRef& buffer) {
 }
 
 void ReleaseSounds() {
-  for (const Effect& effect : kEffects)
-    effect.buffer->reset();
+  buffers = {};
   primarySoundBuffer.reset();
   ds.reset();
 }

@@ -177,7 +177,7 @@ def check_effects():
     effects = {}
     present = {path.name for path in (ROOT / "sounds").glob("*")}
     wanted = {name + ".wav" for name in EFFECTS}
-    report("sounds", "files", len(present), "the sixteen effects", present == wanted)
+    report("sounds", "files", len(present), "the effects", present == wanted)
     for name in EFFECTS:
         try:
             samples, rate, width = read_wave(ROOT / "sounds" / (name + ".wav"))

@@ -12,6 +12,7 @@
 #include "rules/basGameClock.h"
 #include "rules/basInitializingGameBoard.h"
 #include "rules/basMainGameLoop.h"
+#include "rules/state/basModes.h"
 #include "tests/platform/Twin.h"
 #include "tests/rules/GameFixture.h"
 
@@ -101,11 +102,11 @@ class Screen : public platform::Clipper {
   int wrong_ = 0;
 };
 
-class Frames : public testing::TestWithParam<const char*> {};
+class Frames : public testing::TestWithParam<Mode> {};
 
 TEST_P(Frames, ShowWhatARepaintWouldShow) {
   const auto screen = std::make_shared<Screen>();
-  std::ifstream file(std::string(TEST_DATA "/plays/") + GetParam() + ".txt");
+  std::ifstream file(std::string(TEST_DATA "/plays/") + GetParam().name + ".txt");
   PreparePlay(file);
   picBoardHandle = screen->Board();
   primarySurface->SetClipper(screen);
@@ -117,8 +118,7 @@ TEST_P(Frames, ShowWhatARepaintWouldShow) {
   ReleaseAll();
 }
 
-INSTANTIATE_TEST_SUITE_P(Plays, Frames,
-                         testing::Values("normal", "frantic", "relaxing", "marathon"));
+INSTANTIATE_TEST_SUITE_P(Plays, Frames, testing::ValuesIn(kModes));
 
 }  // namespace
 }  // namespace glimmerfall

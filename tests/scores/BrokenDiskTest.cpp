@@ -33,8 +33,8 @@ void EnterBest() {
 class BrokenDiskTest : public ScoreTest, public testing::WithParamInterface<void (*)()> {
  protected:
   BrokenDiskTest() {
-    for (const GameMode mode : kAllModes)
-      Store(FilesOf(mode, SampleTable(mode)));
+    for (const Mode& row : kModes)
+      Store(FilesOf(row.mode, SampleTable(row.mode)));
     Store("score7.gwk", ScoreBytes(930) + "tail");
     before_ = Files();
     Change();

@@ -40,23 +40,21 @@ class EffectsTest : public testing::Test {
   const fs::path folder_ = scratch_.Path();
 };
 
-TEST_F(EffectsTest, LoadsSixteenFilesInOrderBehindTheMusicAndPlaysThemAtTheOneLevel) {
+TEST_F(EffectsTest, LoadsTheFilesInOrderBehindTheMusicAndPlaysThemAtTheOneLevel) {
   LoadSounds();
   ASSERT_EQ(twin::Graphs().size(), 1U);
   EXPECT_TRUE(twin::Graphs()[0]->running);
   EXPECT_EQ(twin::Graphs()[0]->volume, -900);
-  EXPECT_EQ(twin::LiveSoundBuffers(), 17);
+  EXPECT_EQ(twin::LiveSoundBuffers(), kEffectCount + 1);
   EXPECT_TRUE(twin::PlayedSounds().empty());
-  for (const SoundBufferRef* buffer :
-       {&sndSelect, &sndBadSwap, &sndGotSet, &sndGotSetBig, &sndCombo2, &sndCombo3, &sndCombo4,
-        &sndCombo5, &sndCombo6, &sndCombo7, &sndExcellent, &sndGemDrop, &sndExplode, &sndGameOver,
-        &sndTimerBeep, &sndGameOverLevel})
-    PlayEffect(*buffer);
+  for (int effect = 0; effect < kEffectCount; ++effect)
+    PlayEffect(static_cast<Effect>(effect));
   EXPECT_EQ(twin::PlayedSounds(), kFiles);
   Names paths;
   for (const std::string& file : kFiles) {
     paths.push_back((folder_ / "sounds" / file).string());
     EXPECT_EQ(twin::VolumeOf(file), -1000) << file;
+    EXPECT_TRUE(fs::exists(TEST_DATA "/../../sounds/" + file)) << file;
   }
   EXPECT_EQ(twin::LoadedSounds(), paths);
   ReleaseSounds();
