@@ -15,7 +15,12 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
 from desktop import CHOOSER, MAIN, MODES, Desktop, Game, swaps, wait_for
 
-LEVELS = {"Normal": 1, "Frantic": 0, "Marathon": 0, "Relaxed": 1000}  # won before the hands are taken off
+LEVELS = {
+    "Normal": 1,
+    "Frantic": 0,
+    "Marathon": 0,
+    "Relaxed": 1000,
+}  # won before the hands are taken off
 FRANTIC_SWAPS = 8
 NAME = "Keys Alone"
 
@@ -37,8 +42,11 @@ class KeyPlayer:
         self.swaps = self.levels = 0
 
     def wants_to_play(self):
-        return self.levels < LEVELS[self.mode] or self.mode == "Marathon" or (
-            self.mode == "Frantic" and self.swaps < FRANTIC_SWAPS)
+        return (
+            self.levels < LEVELS[self.mode]
+            or self.mode == "Marathon"
+            or (self.mode == "Frantic" and self.swaps < FRANTIC_SWAPS)
+        )
 
     def board_is_empty(self):
         return self.game.sprites.is_empty(self.game.grab())
@@ -100,7 +108,9 @@ def main():
             game.choose_by_keys(mode)
             game.dealt()
             KeyPlayer(desktop, game, mode).play()
-        names = collections.Counter(path.read_text().strip() for path in game.folder.glob("scorename*1.gwk"))
+        names = collections.Counter(
+            path.read_text().strip() for path in game.folder.glob("scorename*1.gwk")
+        )
         print(f"first places: {dict(names)}")
         desktop.key("ctrl+q")
         print(f"exit code {game.ended()}")

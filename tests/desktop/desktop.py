@@ -286,7 +286,9 @@ class Game:
     def swap_by_keys(self, a, b):
         """Goes to the cell from the corner, picks it and swaps it with its neighbour."""
         arrow = {1: "Right", -1: "Left", BOARD: "Down", -BOARD: "Up"}[b - a]
-        self.desktop.key("Home", "Page_Up", *["Right"] * (a % BOARD), *["Down"] * (a // BOARD), "Return", arrow)
+        self.desktop.key(
+            "Home", "Page_Up", *["Right"] * (a % BOARD), *["Down"] * (a // BOARD), "Return", arrow
+        )
 
     def drag(self, a, b):
         ax, ay = self.point(a)
