@@ -15,6 +15,7 @@ enum class Key {
   PageDown,
   Enter,  ///< or the space bar
   Escape,
+  Tell,  ///< the letter T
 };
 
 }  // namespace platform

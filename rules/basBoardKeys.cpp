@@ -40,6 +40,7 @@ constexpr Step StepOf(Key key) {
       return {0, kLast};
     case Key::Enter:
     case Key::Escape:
+    case Key::Tell:
       break;
   }
   return {0, 0};
@@ -96,7 +97,7 @@ void LetGo() {
 void KeyDown(Key key) {
   if (key == Key::Enter) return PressCursor();
   if (key == Key::Escape) return LetGo();
-  MoveCursor(key);
+  if (key != Key::Tell) MoveCursor(key);
 }
 
 void HideCursor() {

@@ -27,6 +27,7 @@
 #include "scores/frmHSName.h"
 #include "scores/frmHighScores.h"
 #include "sound/basDirectSoundStuff.h"
+#include "ui/basScreenReader.h"
 #include "ui/frmAbout.h"
 #include "ui/frmLearn.h"
 #include "ui/frmOptions.h"
@@ -49,6 +50,12 @@ frmMain* mainWindow = nullptr;
 
 void ForwardTimer() {
   mainWindow->Timer1_Timer();
+}
+
+void TakeKey(platform::Key key) {
+  if (key == platform::Key::Tell) return TellStatus();
+  KeyDown(key);
+  TellReaders();
 }
 
 void ReportFailure(const std::string& description) {
@@ -91,7 +98,7 @@ frmMain::frmMain() {
                  Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                  Qt::WindowCloseButtonHint);
   picBoard = new platform::desktop::BoardView(
-      this, {MouseDown, MouseMove, MouseUp, Click, KeyDown, HideCursor});
+      this, {MouseDown, MouseMove, MouseUp, Click, TakeKey, HideCursor});
   picBoard->setFixedSize(kSurfaceWidth, kSurfaceHeight);
   setCentralWidget(picBoard);
   picBoard->setFocus();
@@ -125,6 +132,7 @@ void frmMain::Timer1_Timer() {
   mnuScore->setText(QString::fromStdString(captions.mnuScore));
   mnuCount->setText(QString::fromStdString(captions.mnuCount));
   mnuMatchCount->setText(QString::fromStdString(captions.mnuMatchCount));
+  TellReaders();
   UpdateClock();
   if (std::exchange(nameWanted, false)) ShowNameEntry(this);
 }
@@ -186,6 +194,7 @@ void frmMain::CreateStatusLine() {
   add("Matches Left:", "Matches Left:");
   mnuMatchCount = add("mnuMatchCount", "9999");
   menuBar()->setCornerWidget(line, Qt::TopRightCorner);
+  DescribeToReaders(this, picBoard, line);
 }
 
 void frmMain::CenterOnScreen() {
@@ -211,6 +220,7 @@ void frmMain::mnuPlaySound_Click() {
 void frmMain::mnuPause_Click() {
   TogglePause();
   mnuPause->setChecked(paused != kFalse);
+  TellReaders();
   PlayPauseSound();
 }
 

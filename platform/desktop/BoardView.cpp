@@ -22,10 +22,11 @@ constexpr KeyRow kKeys[] = {
     {Qt::Key_Down, Key::Down},     {Qt::Key_Home, Key::Home},         {Qt::Key_End, Key::End},
     {Qt::Key_PageUp, Key::PageUp}, {Qt::Key_PageDown, Key::PageDown}, {Qt::Key_Space, Key::Enter},
     {Qt::Key_Return, Key::Enter},  {Qt::Key_Enter, Key::Enter},       {Qt::Key_Escape, Key::Escape},
+    {Qt::Key_T, Key::Tell},
 };
 
 bool RepeatsWhileHeld(Key key) {
-  return key != Key::Enter && key != Key::Escape;
+  return key != Key::Enter && key != Key::Escape && key != Key::Tell;
 }
 
 }  // namespace

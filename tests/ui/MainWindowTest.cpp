@@ -3,18 +3,44 @@
 // state of the game, and a chooser behind which the old game's clock goes on.
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTest>
 #include <QTimer>
 
 #include "platform/Time.h"
+#include "rules/basInitializingGameBoard.h"
 #include "rules/state/basModes.h"
 #include "sound/DXAudio.h"
 #include "tests/platform/Twin.h"
+#include "ui/basBoardWords.h"
 #include "ui/frmMain.h"
+
+namespace {
+
+bool readerListens = false;
+std::string spoken;  // what a screen reader would speak, a line each
+
+}  // namespace
+
+// The names are those that the linker gives to wrapped calls: no bus is there to carry them.
+// NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" {
+
+bool __wrap__ZN11QAccessible8isActiveEv() {
+  return readerListens;
+}
+
+void __wrap__ZN11QAccessible19updateAccessibilityEP16QAccessibleEvent(QAccessibleEvent* event) {
+  spoken += event->accessibleInterface()->text(QAccessible::Name).toStdString() + '\n';
+}
+
+}  // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace glimmerfall {
 namespace {
@@ -123,6 +149,37 @@ TEST_F(MainWindow, PlaySoundAndTheOptionsAreTwoMasters) {
   window.Timer1_Timer();
   EXPECT_EQ(soundOn, kTrue);
   EXPECT_FALSE(mark.isChecked());
+}
+
+TEST_F(MainWindow, ReadersHearTheCursorAndTheGameAndFindTheStatusLine) {
+  InitGameBoard();
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  const std::string name = CellWords(1, 0);
+  for (const bool listens : {false, true}) {
+    readerListens = listens;
+    spoken.clear();
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Space, Qt::Key_T, Qt::Key_Space, Qt::Key_Left})
+      QTest::keyClick(QApplication::focusWidget(), key);
+    window.Timer1_Timer();
+    const std::string all = name + '\n' + name + ", selected\n" + StatusWords() + '\n' + name +
+                            '\n' + CellWords(0, 0) + '\n';
+    EXPECT_EQ(spoken, listens ? all : "");
+  }
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+  QAccessibleInterface* const tree = QAccessible::queryAccessibleInterface(&window);
+  QAccessibleInterface* const line = tree->child(tree->childCount() - 1);
+  EXPECT_EQ(line->role(), QAccessible::StatusBar);
+  EXPECT_EQ(line->parent(), tree);
+  EXPECT_EQ(tree->indexOfChild(line), tree->childCount() - 1);
+  EXPECT_EQ(line->child(4)->text(QAccessible::Name), "Matches Left:");
+  QAccessibleInterface* const board =
+      QAccessible::queryAccessibleInterface(QApplication::focusWidget());
+  QAccessibleInterface* const cell = board->focusChild();
+  EXPECT_TRUE(cell->state().focused && cell->state().selected);
+  EXPECT_EQ(board->childAt(cell->rect().center().x(), cell->rect().center().y()), cell);
+  EXPECT_EQ(board->indexOfChild(cell), 0);
+  readerListens = false;
 }
 
 // The timer event that a pause waits for comes only when the chooser stands.
