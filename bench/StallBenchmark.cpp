@@ -15,9 +15,9 @@
 #include <thread>
 #include <vector>
 
-#include "platform/desktop/Media.h"
+#include "platform/desktop/FilterGraph.h"
 
-namespace platform {
+namespace platform::desktop {
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -92,4 +92,4 @@ void SoundsThatEnd(benchmark::State& state) {
 BENCHMARK(SoundsThatEnd)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 }  // namespace
-}  // namespace platform
+}  // namespace platform::desktop

@@ -17,6 +17,10 @@ enum class GraphEvent : std::int32_t {
   RenderFailed = 4,  ///< the file turned out not to be playable at all
 };
 
+/// What a graph plays: a sound that answers to something is heard as soon as it can be, music is
+/// handed to the device in portions as large as its volume allows, which lets the machine rest.
+enum class GraphUse { SingleSound, Music };
+
 class FilterGraph {
  public:
   /// Ends the sound. What blocks in taking the graph down happens off the caller's thread.
@@ -29,6 +33,7 @@ class FilterGraph {
   virtual void Pause() = 0;
   virtual void Stop() = 0;
   /// Hundredths of a decibel, -10000 (silence) to 0 (full level), also before the file is opened.
+  /// Heard within a tenth of a second.
   virtual void SetVolume(std::int32_t hundredths) = 0;
   virtual std::int32_t GetVolume() const = 0;
   /// True once the file's first data has arrived.
@@ -39,6 +44,6 @@ class FilterGraph {
 
 /// A new graph. The media library is brought up off the caller's thread at the first one; files
 /// opened before it is ready start as soon as it is.
-std::shared_ptr<FilterGraph> CreateFilterGraph();
+std::shared_ptr<FilterGraph> CreateFilterGraph(GraphUse use);
 
 }  // namespace platform

@@ -11,6 +11,7 @@
 #include "platform/Program.h"
 #include "platform/Random.h"
 #include "platform/Time.h"
+#include "platform/Volume.h"
 
 namespace glimmerfall {
 
@@ -22,10 +23,8 @@ using platform::GraphEvent;
 
 // Levels in hundredths of a decibel.
 constexpr int32 kStartMusicVolume = -900;
-constexpr int32 kForegroundVolume = 0;
+constexpr int32 kForegroundVolume = platform::kFullLevel;
 constexpr int32 kForeground2Volume = -300;
-constexpr int32 kSilence = -10000;
-constexpr int32 kFullLevel = 0;
 
 constexpr std::array<std::string_view, 4> kSoundFileEndings = {".WAV", ".MP3", ".MID", ".WMA"};
 
@@ -75,7 +74,7 @@ void DXAudio::PlayBackground(const std::string& File) {
 }
 
 void DXAudio::OpenBackground(const std::string& path) {
-  backgroundControl = platform::CreateFilterGraph();
+  backgroundControl = platform::CreateFilterGraph(platform::GraphUse::Music);
   if (!backgroundControl->RenderFile(path)) {
     backgroundControl.reset();
     return;
@@ -100,7 +99,7 @@ void DXAudio::PlayForeground2(const std::string& AudioFile) {
 
 bool DXAudio::OpenForeground(const std::string& path, int32 volume) {
   if (!platform::IsFile(path)) return false;
-  const auto graph = platform::CreateFilterGraph();
+  const auto graph = platform::CreateFilterGraph(platform::GraphUse::SingleSound);
   if (!graph->RenderFile(path)) return false;
   graph->SetVolume(volume);
   foregroundOpening = graph;
@@ -137,7 +136,7 @@ void DXAudio::ResumeBackground() {
 
 void DXAudio::BackgroundVolume(int32 vol) {
   if (!backgroundControl) return;
-  backgroundLevel = std::clamp(vol, kSilence, kFullLevel);
+  backgroundLevel = std::clamp(vol, platform::kSilence, platform::kFullLevel);
   backgroundControl->SetVolume(backgroundLevel);
 }
 
@@ -174,7 +173,7 @@ void DXAudio::FollowBackground() {
 int32 DXAudio::InitDXAudio() {
   musicVolume = kStartMusicVolume;
   playlist.assign(1, "");
-  backgroundLevel = kFullLevel;
+  backgroundLevel = platform::kFullLevel;
   foregroundStartPending = kFalse;
   return 0;
 }

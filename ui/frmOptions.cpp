@@ -6,6 +6,7 @@
 #include <QSlider>
 
 #include "platform/Messages.h"
+#include "platform/Volume.h"
 #include "platform/desktop/Layout.h"
 #include "rules/state/basGameState.h"
 #include "scores/basMiscelFunctions.h"
@@ -36,13 +37,12 @@ constexpr int kSilentValue = 20;
 constexpr int kStartValue = 10;
 constexpr int kVolumeLargeStep = 5;
 constexpr int32 kVolumePerStep = -90;
-constexpr int32 kSilence = -10000;
 
 constexpr int kEffectsOn = 0;
 constexpr int kEffectsOff = 1;
 
 constexpr int32 VolumeOf(int value) {
-  return value == kSilentValue ? kSilence : value * kVolumePerStep;
+  return value == kSilentValue ? platform::kSilence : value * kVolumePerStep;
 }
 
 // From 0 at the top to `last` at the foot, with the keys and the wheel along.

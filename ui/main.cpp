@@ -6,7 +6,7 @@
 #include <cstdio>
 
 #include "platform/Program.h"
-#include "platform/desktop/Media.h"
+#include "platform/desktop/FilterGraph.h"
 #include "rules/state/basGameState.h"
 #include "ui/frmMain.h"
 #include "ui/frmWelcome.h"
@@ -35,7 +35,7 @@ QIcon ProgramIcon() {
 
 int main(int argc, char** argv) {
   qInstallMessageHandler(EndOnFatal);
-  platform::WarmUpMedia();
+  platform::desktop::WarmUpMedia();
   QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
   QApplication application(argc, argv);
   QApplication::setApplicationName("Glimmerfall");

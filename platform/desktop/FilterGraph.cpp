@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The filter graphs of the desktop: each hands its work to the media threads.
-#include "platform/FilterGraph.h"
+#include "platform/desktop/FilterGraph.h"
 
 #include <gst/gst.h>
 #include <malloc.h>
@@ -10,12 +10,13 @@
 #include <fstream>
 #include <utility>
 
-#include "platform/desktop/Media.h"
 #include "platform/desktop/MediaStream.h"
 #include "platform/desktop/Volume.h"
 #include "platform/desktop/WorkQueue.h"
 
 namespace platform {
+
+namespace desktop {
 
 namespace {
 
@@ -67,7 +68,8 @@ bool CanBeOpened(const std::string& path) {
 
 class DesktopGraph : public FilterGraph {
  public:
-  explicit DesktopGraph(const std::string& sink) : stream_(std::make_shared<MediaStream>(sink)) {}
+  DesktopGraph(GraphUse use, const std::string& sink)
+      : stream_(std::make_shared<MediaStream>(use, sink)) {}
   DesktopGraph(const DesktopGraph&) = delete;
   DesktopGraph& operator=(const DesktopGraph&) = delete;
   // What was asked of the stream before comes first, and only then is it taken down.
@@ -87,8 +89,8 @@ class DesktopGraph : public FilterGraph {
   // A stopped stream keeps its place. It is not taken down before it is let go, which may block.
   void Stop() override { PostState(GST_STATE_PAUSED); }
   void SetVolume(std::int32_t hundredths) override {
-    volume_ = std::clamp(hundredths, desktop::kSilence, desktop::kFullLevel);
-    Post([gain = desktop::GainOf(volume_)](MediaStream& stream) { stream.SetGain(gain); });
+    volume_ = std::clamp(hundredths, kSilence, kFullLevel);
+    Post([gain = GainOf(volume_)](MediaStream& stream) { stream.SetGain(gain); });
   }
   std::int32_t GetVolume() const override { return volume_; }
   bool IsRendered() override { return stream_->IsRendered(); }
@@ -104,7 +106,7 @@ class DesktopGraph : public FilterGraph {
   }
 
   std::shared_ptr<MediaStream> stream_;
-  std::int32_t volume_ = desktop::kFullLevel;
+  std::int32_t volume_ = kFullLevel;
 };
 
 }  // namespace
@@ -115,16 +117,18 @@ void WarmUpMedia() {
 }
 
 std::shared_ptr<FilterGraph> CreateFilterGraphInto(const std::string& sink) {
-  return std::make_shared<DesktopGraph>(sink);
-}
-
-std::shared_ptr<FilterGraph> CreateFilterGraph() {
-  return CreateFilterGraphInto(kDefaultSink);
+  return std::make_shared<DesktopGraph>(GraphUse::SingleSound, sink);
 }
 
 void WaitUntilMediaIdle() {
-  OpeningQueue().WaitUntilIdle();
-  ClosingQueue().WaitUntilIdle();
+  OpeningQueue().Wait();
+  ClosingQueue().Wait();
+}
+
+}  // namespace desktop
+
+std::shared_ptr<FilterGraph> CreateFilterGraph(GraphUse use) {
+  return std::make_shared<desktop::DesktopGraph>(use, desktop::kDefaultSink);
 }
 
 }  // namespace platform

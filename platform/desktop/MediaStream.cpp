@@ -5,17 +5,21 @@
 #include <string_view>
 #include <utility>
 
-namespace platform {
+namespace platform::desktop {
 
 namespace {
 
-// Of the flags of playbin: sound alone, and neither pictures nor subtitles.
-constexpr unsigned kPlayAudio = 0x2;
-
 // Samples are scaled as floats, so that a low level is as exact as a high one, and before the sink,
 // so that the level does not depend on how a sound server scales.
-constexpr const char* kLevelStage =
-    "audioconvert ! audio/x-raw,format=F32LE ! volume name=level ! audioconvert ! audioresample ! ";
+constexpr const char* kPipeline =
+    "filesrc name=file ! decodebin caps=audio/x-raw expose-all-streams=false ! "
+    "audioconvert name=decoded ! audio/x-raw,format=F32LE ! volume name=level ! audioconvert ! "
+    "audioresample ! ";
+
+// What stands between the level and the device is heard at the old level, so it is short of a tenth
+// of a second. In microseconds.
+constexpr gint64 kMusicBufferTime = 70'000;
+constexpr gint64 kMusicPortionTime = 35'000;
 
 // MIDI is rendered by fluiddec. It would take the first soundfont that it finds.
 constexpr const char* kMidiDecoder = "fluiddec";
@@ -28,9 +32,28 @@ struct Unref {
 template <typename Object>
 using Owned = std::unique_ptr<Object, Unref>;
 
+Owned<GstPad> PadOf(GstElement* pipeline, const char* element, const char* pad) {
+  const Owned<GstElement> owner(gst_bin_get_by_name(GST_BIN(pipeline), element));
+  return Owned<GstPad>(gst_element_get_static_pad(owner.get(), pad));
+}
+
+// A parser that may ask for any part of the file runs on a thread of its own, and so does each
+// other one before it. Given one part after the other, all of them run on that of the file.
+GstPadProbeReturn OfferNoRandomAccess(GstPad*, GstPadProbeInfo* info, gpointer) {
+  GstQuery* query = GST_PAD_PROBE_INFO_QUERY(info);
+  if (GST_QUERY_TYPE(query) != GST_QUERY_SCHEDULING) return GST_PAD_PROBE_OK;
+  gst_query_set_scheduling(query, GST_SCHEDULING_FLAG_SEQUENTIAL, 1, -1, 0);
+  gst_query_add_scheduling_mode(query, GST_PAD_MODE_PUSH);
+  return GST_PAD_PROBE_HANDLED;
+}
+
+bool HasProperty(GstElement* element, const char* name) {
+  return g_object_class_find_property(G_OBJECT_GET_CLASS(element), name) != nullptr;
+}
+
 }  // namespace
 
-MediaStream::MediaStream(std::string sink) : sink_(std::move(sink)) {}
+MediaStream::MediaStream(GraphUse use, std::string sink) : use_(use), sink_(std::move(sink)) {}
 
 MediaStream::~MediaStream() {
   Close();
@@ -41,40 +64,32 @@ void MediaStream::Open(const std::string& path) {
     End(GraphEvent::RenderFailed);
     return;
   }
-  Watch();
+  const Owned<GstBus> bus(gst_element_get_bus(pipeline_));
+  gst_bus_set_sync_handler(bus.get(), OnMessage, this, nullptr);
+  g_signal_connect(pipeline_, "deep-element-added", G_CALLBACK(OnElement), this);
+  gst_pad_add_probe(PadOf(pipeline_, "decoded", "sink").get(), GST_PAD_PROBE_TYPE_BUFFER,
+                    OnFirstData, this, nullptr);
   SetGain(gain_);
   SetState(GST_STATE_PAUSED);
 }
 
 bool MediaStream::Build(const std::string& path) {
-  char* uri = gst_filename_to_uri(path.c_str(), nullptr);
-  player_ = gst_element_factory_make("playbin", nullptr);
-  const bool built = uri != nullptr && player_ != nullptr && BuildSink();
-  if (built) g_object_set(player_, "uri", uri, "flags", kPlayAudio, "audio-sink", output_, nullptr);
-  g_free(uri);
-  return built;
-}
-
-bool MediaStream::BuildSink() {
-  GError* error = nullptr;
-  output_ = gst_parse_bin_from_description((kLevelStage + sink_).c_str(), TRUE, &error);
-  g_clear_error(&error);
-  if (output_ == nullptr) return false;
-  level_ = gst_bin_get_by_name(GST_BIN(output_), "level");
+  GError* missing = nullptr;
+  pipeline_ = gst_parse_launch((kPipeline + sink_).c_str(), &missing);
+  const bool built = pipeline_ != nullptr && missing == nullptr;
+  g_clear_error(&missing);
+  if (!built) return false;
+  const Owned<GstElement> file(gst_bin_get_by_name(GST_BIN(pipeline_), "file"));
+  g_object_set(file.get(), "location", path.c_str(), nullptr);
+  gst_pad_add_probe(PadOf(pipeline_, "file", "src").get(), GST_PAD_PROBE_TYPE_QUERY_UPSTREAM,
+                    OfferNoRandomAccess, nullptr, nullptr);
+  level_ = gst_bin_get_by_name(GST_BIN(pipeline_), "level");
   return true;
 }
 
-void MediaStream::Watch() {
-  const Owned<GstBus> bus(gst_element_get_bus(player_));
-  gst_bus_set_sync_handler(bus.get(), OnMessage, this, nullptr);
-  const Owned<GstPad> pad(gst_element_get_static_pad(output_, "sink"));
-  gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_BUFFER, OnFirstData, this, nullptr);
-  g_signal_connect(player_, "element-setup", G_CALLBACK(OnElementSetup), this);
-}
-
 void MediaStream::SetState(GstState state) {
-  if (player_ == nullptr) return;
-  if (gst_element_set_state(player_, state) == GST_STATE_CHANGE_FAILURE)
+  if (pipeline_ == nullptr) return;
+  if (gst_element_set_state(pipeline_, state) == GST_STATE_CHANGE_FAILURE)
     End(rendered_ ? GraphEvent::ErrorAbort : GraphEvent::RenderFailed);
 }
 
@@ -84,13 +99,13 @@ void MediaStream::SetGain(double gain) {
 }
 
 void MediaStream::Close() {
-  if (player_ != nullptr) {
-    gst_element_set_state(player_, GST_STATE_NULL);
-    const Owned<GstBus> bus(gst_element_get_bus(player_));
+  if (pipeline_ != nullptr) {
+    gst_element_set_state(pipeline_, GST_STATE_NULL);
+    const Owned<GstBus> bus(gst_element_get_bus(pipeline_));
     gst_bus_set_sync_handler(bus.get(), nullptr, nullptr, nullptr);
   }
   g_clear_pointer(&level_, gst_object_unref);
-  g_clear_pointer(&player_, gst_object_unref);
+  g_clear_pointer(&pipeline_, gst_object_unref);
 }
 
 // The first verdict stands.
@@ -117,10 +132,14 @@ GstPadProbeReturn MediaStream::OnFirstData(GstPad*, GstPadProbeInfo*, gpointer s
   return GST_PAD_PROBE_REMOVE;
 }
 
-void MediaStream::OnElementSetup(GstElement*, GstElement* element, gpointer) {
+void MediaStream::OnElement(GstBin*, GstBin*, GstElement* element, gpointer stream) {
   GstElementFactory* factory = gst_element_get_factory(element);
-  if (factory == nullptr || std::string_view(GST_OBJECT_NAME(factory)) != kMidiDecoder) return;
-  g_object_set(element, "soundfont", kSoundfont, "synth-gain", kSynthGain, nullptr);
+  if (factory != nullptr && std::string_view(GST_OBJECT_NAME(factory)) == kMidiDecoder)
+    g_object_set(element, "soundfont", kSoundfont, "synth-gain", kSynthGain, nullptr);
+  if (static_cast<MediaStream*>(stream)->use_ == GraphUse::Music &&
+      HasProperty(element, "buffer-time") && HasProperty(element, "latency-time"))
+    g_object_set(element, "buffer-time", kMusicBufferTime, "latency-time", kMusicPortionTime,
+                 nullptr);
 }
 
-}  // namespace platform
+}  // namespace platform::desktop

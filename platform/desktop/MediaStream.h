@@ -9,13 +9,14 @@
 
 #include "platform/FilterGraph.h"
 
-namespace platform {
+namespace platform::desktop {
 
 /// Opened, steered and closed on the media threads, never on two at once. What it has come to can
 /// be read from any thread.
 class MediaStream {
  public:
-  explicit MediaStream(std::string sink);
+  /// `sink` is where it plays into, a pipeline description in the words of the library.
+  MediaStream(GraphUse use, std::string sink);
   MediaStream(const MediaStream&) = delete;
   MediaStream& operator=(const MediaStream&) = delete;
   ~MediaStream();
@@ -33,21 +34,19 @@ class MediaStream {
  private:
   static GstBusSyncReply OnMessage(GstBus* bus, GstMessage* message, gpointer stream);
   static GstPadProbeReturn OnFirstData(GstPad* pad, GstPadProbeInfo* info, gpointer stream);
-  static void OnElementSetup(GstElement* player, GstElement* element, gpointer stream);
+  static void OnElement(GstBin* pipeline, GstBin* bin, GstElement* element, gpointer stream);
 
-  /// Both answer whether the library has all that it takes.
+  /// Whether the library has all that it takes.
   bool Build(const std::string& path);
-  bool BuildSink();
-  void Watch();
   void End(GraphEvent event);
 
+  GraphUse use_;
   std::string sink_;
   double gain_ = 1;
-  GstElement* player_ = nullptr;
-  GstElement* output_ = nullptr;  ///< held by the player
+  GstElement* pipeline_ = nullptr;
   GstElement* level_ = nullptr;
   std::atomic<bool> rendered_ = false;
   std::atomic<GraphEvent> event_ = GraphEvent::None;
 };
 
-}  // namespace platform
+}  // namespace platform::desktop

@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: MIT
-// The sound device of the desktop. When its output goes away the sounds go on silently, and a new
-// output is tried for off the game's thread.
+#include "platform/desktop/SoundDevice.h"
+
 #include <chrono>
 #include <future>
 #include <thread>
 #include <utility>
 
 #include "platform/Error.h"
-#include "platform/Sound.h"
-#include "platform/desktop/SoundMix.h"
 #include "platform/desktop/Volume.h"
 
 namespace platform {
 
+namespace desktop {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using MixOwner = std::unique_ptr<SoundMix>;
+using DeviceOwner = std::unique_ptr<OpenedDevice>;
 
 constexpr std::chrono::seconds kBetweenTries{1};
 constexpr std::chrono::milliseconds kLongestClose{300};
@@ -31,114 +31,116 @@ auto RunApart(Work work) {
   return result;
 }
 
-MixOwner BuildMix(const SoundOutput& output, const std::vector<WaveRef>& waves) {
+DeviceOwner OpenDevice(const DeviceDriver& driver, const std::vector<WaveRef>& waves) {
   try {
-    auto mix = std::make_unique<SoundMix>(output);
+    auto device = std::make_unique<OpenedDevice>(driver);
     for (const WaveRef& wave : waves)
-      mix->Add(wave);
-    return mix;
+      device->Add(wave);
+    return device;
   } catch (const Error&) {
     return nullptr;
   }
 }
 
-// The output that is there now, if any, and all sounds that belong on it.
-class Mixer {
+// The device that is open now, if any, and all sounds that belong on it. When it goes away the
+// sounds go on silently, and another one is tried for off the game's thread.
+class LastingDevice {
  public:
-  explicit Mixer(SoundOutput output)
-      : output_(std::move(output)), mix_(std::make_unique<SoundMix>(output_)) {}
-  Mixer(const Mixer&) = delete;
-  Mixer& operator=(const Mixer&) = delete;
-  ~Mixer();
+  explicit LastingDevice(DeviceDriver driver)
+      : driver_(std::move(driver)), device_(std::make_unique<OpenedDevice>(driver_)) {}
+  LastingDevice(const LastingDevice&) = delete;
+  LastingDevice& operator=(const LastingDevice&) = delete;
+  ~LastingDevice();
 
   void Add(const WaveRef& wave);
   void Remove(const WaveRef& wave);
-  /// The output with `wave` on it, or null. Tries for a new one if the old has gone.
-  SoundMix* MixFor(const WaveRef& wave);
+  /// The device with `wave` on it, or null. Tries for a new one if the old has gone.
+  OpenedDevice* DeviceFor(const WaveRef& wave);
 
  private:
-  void TakeRebuiltMix();
-  void Rebuild();
+  void TakeReopened();
+  void Reopen();
 
-  SoundOutput output_;
+  DeviceDriver driver_;
   std::vector<WaveRef> waves_;
-  MixOwner mix_;
-  std::future<MixOwner> rebuilding_;
+  DeviceOwner device_;
+  std::future<DeviceOwner> reopening_;
   Clock::time_point nextTry_;
 };
 
-// Closing an output that no longer answers must not hold up the end of the program.
-Mixer::~Mixer() {
-  if (rebuilding_.valid()) rebuilding_.wait_for(kLongestClose);
-  RunApart([mix = std::make_shared<MixOwner>(std::move(mix_))] {
-    mix->reset();
+// Closing a device that no longer answers must not hold up the end of the program.
+LastingDevice::~LastingDevice() {
+  if (reopening_.valid()) reopening_.wait_for(kLongestClose);
+  RunApart([closing = std::make_shared<DeviceOwner>(std::move(device_))] {
+    closing->reset();
   }).wait_for(kLongestClose);
 }
 
-void Mixer::Add(const WaveRef& wave) {
+void LastingDevice::Add(const WaveRef& wave) {
   waves_.push_back(wave);
-  if (mix_) mix_->Add(wave);
+  if (device_) device_->Add(wave);
 }
 
-void Mixer::Remove(const WaveRef& wave) {
+void LastingDevice::Remove(const WaveRef& wave) {
   std::erase(waves_, wave);
-  if (mix_) mix_->Remove(wave);
+  if (device_) device_->Remove(wave);
 }
 
-SoundMix* Mixer::MixFor(const WaveRef& wave) {
-  TakeRebuiltMix();
-  if (!mix_ || !mix_->IsConnected()) Rebuild();
-  if (!mix_) return nullptr;
+OpenedDevice* LastingDevice::DeviceFor(const WaveRef& wave) {
+  TakeReopened();
+  if (!device_ || !device_->IsConnected()) Reopen();
+  if (!device_) return nullptr;
   try {
-    mix_->Add(wave);  // a sound that came while the output was being rebuilt
+    device_->Add(wave);  // a sound that came while the device was being opened anew
   } catch (const Error&) {
     return nullptr;
   }
-  return mix_.get();
+  return device_.get();
 }
 
-void Mixer::TakeRebuiltMix() {
-  if (!rebuilding_.valid()) return;
-  if (rebuilding_.wait_for(std::chrono::seconds{0}) == std::future_status::ready)
-    mix_ = rebuilding_.get();
+void LastingDevice::TakeReopened() {
+  if (!reopening_.valid()) return;
+  if (reopening_.wait_for(std::chrono::seconds{0}) == std::future_status::ready)
+    device_ = reopening_.get();
 }
 
-void Mixer::Rebuild() {
-  if (rebuilding_.valid() || Clock::now() < nextTry_) return;
+void LastingDevice::Reopen() {
+  if (reopening_.valid() || Clock::now() < nextTry_) return;
   nextTry_ = Clock::now() + kBetweenTries;
-  rebuilding_ = RunApart(
-      [lost = std::make_shared<MixOwner>(std::move(mix_)), output = output_, waves = waves_] {
+  reopening_ = RunApart(
+      [lost = std::make_shared<DeviceOwner>(std::move(device_)), driver = driver_, waves = waves_] {
         lost->reset();
-        return BuildMix(output, waves);
+        return OpenDevice(driver, waves);
       });
 }
 
 class DesktopBuffer : public SoundBuffer {
  public:
-  DesktopBuffer(std::shared_ptr<Mixer> mixer, WaveData wave)
-      : mixer_(std::move(mixer)), wave_(std::make_shared<WaveData>(std::move(wave))) {
-    mixer_->Add(wave_);
+  DesktopBuffer(std::shared_ptr<LastingDevice> mixer, WaveData wave)
+      : device_(std::move(mixer)), wave_(std::make_shared<WaveData>(std::move(wave))) {
+    device_->Add(wave_);
   }
   DesktopBuffer(const DesktopBuffer&) = delete;
   DesktopBuffer& operator=(const DesktopBuffer&) = delete;
-  ~DesktopBuffer() override { mixer_->Remove(wave_); }
+  ~DesktopBuffer() override { device_->Remove(wave_); }
 
   void SetVolume(std::int32_t hundredths) override {
-    gain_ = static_cast<float>(desktop::GainOf(hundredths));
-    if (SoundMix* mix = mixer_->MixFor(wave_)) mix->SetGain(wave_, gain_);
+    gain_ = static_cast<float>(GainOf(hundredths));
+    if (OpenedDevice* device = device_->DeviceFor(wave_)) device->SetGain(wave_, gain_);
   }
   void SetCurrentPosition(std::int32_t position) override {
-    if (SoundMix* mix = mixer_->MixFor(wave_)) mix->SetFrame(wave_, position / kBytesPerFrame);
+    if (OpenedDevice* device = device_->DeviceFor(wave_))
+      device->SetFrame(wave_, position / kBytesPerFrame);
   }
   void Play() override {
-    SoundMix* mix = mixer_->MixFor(wave_);
-    if (mix == nullptr) return;
-    mix->SetGain(wave_, gain_);  // the output may have changed since the volume was set
-    mix->Play(wave_);
+    OpenedDevice* device = device_->DeviceFor(wave_);
+    if (device == nullptr) return;
+    device->SetGain(wave_, gain_);  // the device may have changed since the volume was set
+    device->Play(wave_);
   }
 
  private:
-  std::shared_ptr<Mixer> mixer_;
+  std::shared_ptr<LastingDevice> device_;
   WaveRef wave_;
   float gain_ = 1;
 };
@@ -153,29 +155,31 @@ class PrimaryBuffer : public SoundBuffer {
 
 class DesktopSoundDevice : public SoundDevice {
  public:
-  explicit DesktopSoundDevice(SoundOutput output)
-      : mixer_(std::make_shared<Mixer>(std::move(output))) {}
+  explicit DesktopSoundDevice(DeviceDriver driver)
+      : device_(std::make_shared<LastingDevice>(std::move(driver))) {}
 
   void SetCooperativeLevel(WindowHandle) override {}
   std::shared_ptr<SoundBuffer> CreateSoundBuffer() override {
     return std::make_shared<PrimaryBuffer>();
   }
   std::shared_ptr<SoundBuffer> CreateSoundBufferFromFile(const std::string& path) override {
-    return std::make_shared<DesktopBuffer>(mixer_, ReadWaveFile(path));
+    return std::make_shared<DesktopBuffer>(device_, ReadWaveFile(path));
   }
 
  private:
-  std::shared_ptr<Mixer> mixer_;
+  std::shared_ptr<LastingDevice> device_;
 };
 
 }  // namespace
 
-std::shared_ptr<SoundDevice> CreateSoundDevice(SoundOutput output) {
-  return std::make_shared<DesktopSoundDevice>(std::move(output));
+std::shared_ptr<SoundDevice> CreateSoundDevice(DeviceDriver driver) {
+  return std::make_shared<DesktopSoundDevice>(std::move(driver));
 }
 
+}  // namespace desktop
+
 std::shared_ptr<SoundDevice> DirectSoundCreate() {
-  return CreateSoundDevice(DefaultSoundOutput());
+  return desktop::CreateSoundDevice(desktop::DefaultDriver());
 }
 
 }  // namespace platform

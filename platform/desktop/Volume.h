@@ -4,13 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
+
+#include "platform/Volume.h"
 
 namespace platform::desktop {
-
-// Hundredths of a decibel.
-inline constexpr std::int32_t kSilence = -10000;
-inline constexpr std::int32_t kFullLevel = 0;
 
 /// The linear gain of a volume: 1 at full level and above it, 0 at silence and below.
 inline double GainOf(std::int32_t hundredths) {

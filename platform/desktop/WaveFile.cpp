@@ -14,7 +14,7 @@
 
 #include "platform/Error.h"
 
-namespace platform {
+namespace platform::desktop {
 
 namespace {
 
@@ -156,4 +156,4 @@ WaveData ReadWaveFile(const std::string& path) {
   return wave;
 }
 
-}  // namespace platform
+}  // namespace platform::desktop

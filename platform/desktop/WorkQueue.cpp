@@ -1,40 +1,36 @@
 // SPDX-License-Identifier: MIT
 #include "platform/desktop/WorkQueue.h"
 
-#include <thread>
+#include <glib.h>
+
+#include <future>
+#include <memory>
 #include <utility>
 
-namespace platform {
+namespace platform::desktop {
 
-WorkQueue::WorkQueue() {
-  std::thread([this] { Run(); }).detach();
+namespace {
+
+using Work = std::function<void()>;
+
+void Do(gpointer posted, gpointer) {
+  const std::unique_ptr<Work> work(static_cast<Work*>(posted));
+  (*work)();
 }
 
-void WorkQueue::Post(std::function<void()> work) {
-  const std::lock_guard lock(mutex_);
-  posted_.push_back(std::move(work));
-  changed_.notify_all();
+}  // namespace
+
+// With one thread at most the pool keeps the order.
+WorkQueue::WorkQueue() : pool_(g_thread_pool_new(Do, nullptr, 1, FALSE, nullptr)) {}
+
+void WorkQueue::Post(Work work) {
+  g_thread_pool_push(pool_, std::make_unique<Work>(std::move(work)).release(), nullptr);
 }
 
-void WorkQueue::WaitUntilIdle() {
-  std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return posted_.empty() && !working_; });
+void WorkQueue::Wait() {
+  std::promise<void> done;
+  Post([&done] { done.set_value(); });
+  done.get_future().wait();
 }
 
-void WorkQueue::Run() {
-  std::unique_lock lock(mutex_);
-  for (;;) {
-    changed_.wait(lock, [this] { return !posted_.empty(); });
-    auto work = std::exchange(posted_.front(), nullptr);
-    posted_.pop_front();
-    working_ = true;
-    lock.unlock();
-    work();
-    work = nullptr;  // what it holds may block, too, when let go
-    lock.lock();
-    working_ = false;
-    changed_.notify_all();
-  }
-}
-
-}  // namespace platform
+}  // namespace platform::desktop

@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
-// A thread that does pieces of work in the order in which they are posted. For whatever may block
-// and must not hold up the game's thread.
+// Work that may block, done in order on a thread of a pool, so that it never holds up the game's
+// own. While there is none there is no thread either.
 #pragma once
 
-#include <condition_variable>
-#include <deque>
-#include <functional>
-#include <mutex>
+#include <glib.h>
 
-namespace platform {
+#include <functional>
+
+namespace platform::desktop {
 
 /// Lives to the end of the program and is never destroyed: the program ends without waiting for
 /// work that is still posted.
@@ -21,16 +20,11 @@ class WorkQueue {
 
   /// From any thread; never waits for work.
   void Post(std::function<void()> work);
-  /// Waits until nothing is posted or at work.
-  void WaitUntilIdle();
+  /// Waits until all that was posted so far is done.
+  void Wait();
 
  private:
-  [[noreturn]] void Run();
-
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::deque<std::function<void()>> posted_;
-  bool working_ = false;
+  GThreadPool* pool_;
 };
 
-}  // namespace platform
+}  // namespace platform::desktop

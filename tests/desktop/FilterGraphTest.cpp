@@ -12,7 +12,7 @@
 #include <iterator>
 #include <thread>
 
-#include "platform/desktop/Media.h"
+#include "platform/desktop/FilterGraph.h"
 #include "tests/desktop/SoundFiles.h"
 
 namespace {
@@ -24,7 +24,7 @@ extern "C" int malloc_trim(std::size_t) noexcept {
   return ++heapTrims;
 }
 
-namespace platform {
+namespace platform::desktop {
 namespace {
 
 namespace fs = std::filesystem;
@@ -219,4 +219,4 @@ TEST_F(FilterGraphTest, TwoHundredTracksLeaveNothingBehind) {
 }
 
 }  // namespace
-}  // namespace platform
+}  // namespace platform::desktop

@@ -11,10 +11,10 @@
 #include <thread>
 
 #include "platform/Error.h"
-#include "platform/desktop/SoundMix.h"
+#include "platform/desktop/SoundDevice.h"
 #include "tests/desktop/SoundFiles.h"
 
-namespace platform {
+namespace platform::desktop {
 namespace {
 
 constexpr double kExact = 0.1;  // decibels
@@ -23,9 +23,11 @@ constexpr int kTriesToBeHeard = 500;  // a quarter of a minute and more
 
 class SoundDeviceTest : public testing::Test {
  protected:
-  SoundOutput Loopback() {
+  DeviceDriver Loopback() {
     return {[this] { return Open(); },
             [this](ALCdevice*) { return connected_.load(); },
+            [this](ALCdevice*) { awake_ = false; },
+            [this](ALCdevice*) { awake_ = true; },
             {ALC_FORMAT_CHANNELS_SOFT, ALC_STEREO_SOFT, ALC_FORMAT_TYPE_SOFT, ALC_FLOAT_SOFT,
              ALC_FREQUENCY, tones::kRate, ALC_HRTF_SOFT, ALC_FALSE, 0}};
   }
@@ -53,6 +55,7 @@ class SoundDeviceTest : public testing::Test {
   }
 
   std::atomic<bool> connected_ = true;
+  std::atomic<bool> awake_ = false;
   std::atomic<int> opened_ = 0;
   ALCdevice* output_ = nullptr;
 };
@@ -134,6 +137,27 @@ TEST_F(SoundDeviceTest, SoundsComeBackWithTheDevice) {
   EXPECT_NEAR(level, -10, kExact);
 }
 
+// A sound of half a second rests a second and a half after its start.
+TEST_F(SoundDeviceTest, RestsWhenNothingHasSoundedForASecond) {
+  using Clock = std::chrono::steady_clock;
+  const auto device = CreateSoundDevice(Loopback());
+  const auto buffer = device->CreateSoundBufferFromFile(Tone(1));
+  const auto waitUntilAwakeIs = [this](bool awake) {
+    while (awake_ != awake)
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  };
+  for (int rests = 0; rests < 2; ++rests) {
+    waitUntilAwakeIs(false);
+    const auto start = Clock::now();
+    PlayFromStart(*buffer);
+    waitUntilAwakeIs(true);
+    EXPECT_NEAR(tones::Level(Render(tones::kRate), 0, 1000, 20000), -10, kExact);
+    PlayFromStart(*buffer);
+    waitUntilAwakeIs(false);
+    EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(1500));
+  }
+}
+
 // With the null driver of the test's environment, as the game opens it.
 TEST(DefaultSoundDevice, OpensPlaysAndCloses) {
   const std::string path = tones::Scratch().Path("default.wav");
@@ -144,4 +168,4 @@ TEST(DefaultSoundDevice, OpensPlaysAndCloses) {
 }
 
 }  // namespace
-}  // namespace platform
+}  // namespace platform::desktop

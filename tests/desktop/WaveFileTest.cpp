@@ -11,7 +11,7 @@
 #include "platform/Error.h"
 #include "tests/desktop/SoundFiles.h"
 
-namespace platform {
+namespace platform::desktop {
 namespace {
 
 // Places in a plain file of libsndfile: the format chunk at 12, the data chunk at 36.
@@ -124,4 +124,4 @@ TEST_F(WaveFileTest, SamplesThatAreNoNumbersAreRefused) {
 }
 
 }  // namespace
-}  // namespace platform
+}  // namespace platform::desktop

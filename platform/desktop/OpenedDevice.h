@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One opened output of the sound device, with a voice for each sound that was given to it. The
-// sound device makes one at the start and another one whenever the output has gone away.
+// A sound device of the library that is open, with a voice for each sound that was given to it. One
+// is opened at the start, and another one whenever the device has gone away.
 #pragma once
 
 #include <AL/al.h>
@@ -11,34 +11,33 @@
 #include <memory>
 #include <vector>
 
-#include "platform/Sound.h"
+#include "platform/desktop/DeviceRest.h"
 #include "platform/desktop/WaveFile.h"
 
-namespace platform {
+namespace platform::desktop {
 
 using WaveRef = std::shared_ptr<const WaveData>;
 
-/// Where a sound device gets its output from. The game uses the default device; a test gives an
-/// output whose samples it reads itself.
-struct SoundOutput {
+/// The library's functions for a device. A test opens a device whose samples it reads itself.
+struct DeviceDriver {
   std::function<ALCdevice*()> open;             ///< null when there is no device
   std::function<bool(ALCdevice*)> isConnected;  ///< false once the device has gone away
+  std::function<void(ALCdevice*)> pause;        ///< may wait for the device
+  std::function<void(ALCdevice*)> resume;       ///< may wait for the device
   std::vector<ALCint> attributes;               ///< of the context, ending in 0
 };
 
-SoundOutput DefaultSoundOutput();
+/// That of the default device.
+DeviceDriver DefaultDriver();
 
-/// A sound device on `output`. Throws Error if it does not open.
-std::shared_ptr<SoundDevice> CreateSoundDevice(SoundOutput output);
-
-/// Not for two threads at once, but for one after the other.
-class SoundMix {
+/// Rests while nothing sounds. Not for two threads at once, but for one after the other.
+class OpenedDevice {
  public:
-  /// Throws Error if the output does not open.
-  explicit SoundMix(const SoundOutput& output);
-  SoundMix(const SoundMix&) = delete;
-  SoundMix& operator=(const SoundMix&) = delete;
-  ~SoundMix();
+  /// Throws Error if the device does not open.
+  explicit OpenedDevice(const DeviceDriver& driver);
+  OpenedDevice(const OpenedDevice&) = delete;
+  OpenedDevice& operator=(const OpenedDevice&) = delete;
+  ~OpenedDevice();
 
   bool IsConnected() const;
   /// Hands the samples to the device ahead of the first Play. Throws Error if it refuses them.
@@ -59,10 +58,11 @@ class SoundMix {
 
   void DeleteVoice(const Voice& voice);
 
-  SoundOutput output_;
+  DeviceDriver driver_;
   ALCdevice* device_ = nullptr;
   ALCcontext* context_ = nullptr;
   std::map<WaveRef, Voice> voices_;
+  std::unique_ptr<DeviceRest> rest_;
 };
 
-}  // namespace platform
+}  // namespace platform::desktop

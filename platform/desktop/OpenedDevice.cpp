@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/desktop/SoundMix.h"
+#include "platform/desktop/OpenedDevice.h"
 
 #define AL_ALEXT_PROTOTYPES
 #include <AL/alext.h>
@@ -8,7 +8,7 @@
 
 #include "platform/Error.h"
 
-namespace platform {
+namespace platform::desktop {
 
 namespace {
 
@@ -31,20 +31,29 @@ bool IsDeviceConnected(ALCdevice* device) {
 
 }  // namespace
 
-SoundOutput DefaultSoundOutput() {
+DeviceDriver DefaultDriver() {
   // The filters for headphones would change the level.
-  return {[] { return alcOpenDevice(nullptr); }, IsDeviceConnected, {ALC_HRTF_SOFT, ALC_FALSE, 0}};
+  return {[] { return alcOpenDevice(nullptr); },
+          IsDeviceConnected,
+          alcDevicePauseSOFT,
+          alcDeviceResumeSOFT,
+          {ALC_HRTF_SOFT, ALC_FALSE, 0}};
 }
 
-SoundMix::SoundMix(const SoundOutput& output) : output_(output), device_(output.open()) {
+OpenedDevice::OpenedDevice(const DeviceDriver& driver) : driver_(driver), device_(driver.open()) {
   if (device_ == nullptr) throw Error("No sound device can be opened.");
-  context_ = alcCreateContext(device_, output_.attributes.data());
-  if (context_ != nullptr) return;
-  alcCloseDevice(device_);
-  throw Error("The sound device cannot be set up.");
+  context_ = alcCreateContext(device_, driver_.attributes.data());
+  if (context_ == nullptr) {
+    alcCloseDevice(device_);
+    throw Error("The sound device cannot be set up.");
+  }
+  rest_ = std::make_unique<DeviceRest>([this] { driver_.pause(device_); },
+                                       [this] { driver_.resume(device_); });
+  rest_->KeepAwake({});
 }
 
-SoundMix::~SoundMix() {
+OpenedDevice::~OpenedDevice() {
+  rest_.reset();
   {
     const CurrentContext current(context_);
     for (const auto& [wave, voice] : voices_)
@@ -54,11 +63,11 @@ SoundMix::~SoundMix() {
   alcCloseDevice(device_);
 }
 
-bool SoundMix::IsConnected() const {
-  return output_.isConnected(device_);
+bool OpenedDevice::IsConnected() const {
+  return driver_.isConnected(device_);
 }
 
-void SoundMix::Add(const WaveRef& wave) {
+void OpenedDevice::Add(const WaveRef& wave) {
   if (voices_.contains(wave)) return;
   const CurrentContext current(context_);
   alGetError();
@@ -76,7 +85,7 @@ void SoundMix::Add(const WaveRef& wave) {
   voices_.emplace(wave, voice);
 }
 
-void SoundMix::Remove(const WaveRef& wave) {
+void OpenedDevice::Remove(const WaveRef& wave) {
   const auto found = voices_.find(wave);
   if (found == voices_.end()) return;
   const CurrentContext current(context_);
@@ -85,7 +94,7 @@ void SoundMix::Remove(const WaveRef& wave) {
 }
 
 // A buffer can be deleted only when no source holds it.
-void SoundMix::DeleteVoice(const Voice& voice) {
+void OpenedDevice::DeleteVoice(const Voice& voice) {
   if (voice.source != 0) {
     alSourceStop(voice.source);
     alSourcei(voice.source, AL_BUFFER, 0);
@@ -94,22 +103,23 @@ void SoundMix::DeleteVoice(const Voice& voice) {
   if (voice.buffer != 0) alDeleteBuffers(1, &voice.buffer);
 }
 
-void SoundMix::SetGain(const WaveRef& wave, float gain) {
+void OpenedDevice::SetGain(const WaveRef& wave, float gain) {
   const CurrentContext current(context_);
   alSourcef(voices_.at(wave).source, AL_GAIN, gain);
 }
 
-void SoundMix::SetFrame(const WaveRef& wave, std::int32_t frame) {
+void OpenedDevice::SetFrame(const WaveRef& wave, std::int32_t frame) {
   const CurrentContext current(context_);
   alSourcei(voices_.at(wave).source, AL_SAMPLE_OFFSET, frame);
 }
 
-void SoundMix::Play(const WaveRef& wave) {
+void OpenedDevice::Play(const WaveRef& wave) {
   const CurrentContext current(context_);
   const ALuint source = voices_.at(wave).source;
   ALint state = AL_INITIAL;
   alGetSourcei(source, AL_SOURCE_STATE, &state);
   if (state != AL_PLAYING) alSourcePlay(source);
+  rest_->KeepAwake(wave->Length());
 }
 
-}  // namespace platform
+}  // namespace platform::desktop

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The media library behind the filter graphs. It is used on two threads of its own alone, one that
-// opens and steers streams and one that takes them down, so that the game's thread never waits.
+// The filter graphs of the desktop. The media library behind them is used on threads of a pool
+// alone, one that opens and steers streams and one that takes them down, so that the game's thread
+// never waits.
 #pragma once
-
-#include <memory>
-#include <string>
 
 #include "platform/FilterGraph.h"
 
-namespace platform {
+namespace platform::desktop {
 
 /// Begins to bring the library up and returns at once. The start of the program calls it first of
 /// all, so that the first track need not wait; further calls do nothing.
@@ -21,4 +19,4 @@ std::shared_ptr<FilterGraph> CreateFilterGraphInto(const std::string& sink);
 /// Waits until every stream that was let go is taken down. For tests alone: the game never waits.
 void WaitUntilMediaIdle();
 
-}  // namespace platform
+}  // namespace platform::desktop
