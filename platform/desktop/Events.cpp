@@ -69,7 +69,8 @@ Alarm& TheAlarm() {
   return *alarm;
 }
 
-// Looks again after the rest of the step, by a timer that is set anew only when the event is over.
+// A single-shot timer, started again only after the event has returned: events never pile up, and
+// the step is measured by Timer(), not by the toolkit.
 class PacedTimer : public QObject {
  public:
   PacedTimer(QObject* parent, void (*handler)())

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Time.h"
 
-#include <chrono>
 #include <ctime>
 
 #include "platform/desktop/Clock.h"
@@ -9,21 +8,10 @@
 namespace platform {
 
 namespace {
-constexpr std::int64_t kNanosPerMilli = 1'000'000;
 constexpr double kNanosPerSecond = 1e9;
 constexpr int kSecondsPerMinute = 60;
 constexpr int kMinutesPerHour = 60;
 }  // namespace
-
-namespace desktop {
-
-std::int64_t MonotonicMillis() {
-  timespec now{};
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  return now.tv_sec * std::int64_t{1000} + now.tv_nsec / kNanosPerMilli;
-}
-
-}  // namespace desktop
 
 std::int32_t TickCount() {
   return static_cast<std::int32_t>(desktop::MonotonicMillis());
