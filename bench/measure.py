@@ -1,12 +1,12 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Measures the running program: time to the chooser and to the first frame, processor and frame
-times at rest, and frame times over track changes of each type of file. Prints what it saw, as
-ratios to a frame of 21 ms where that is what matters; it judges nothing.
+"""Measures the running program: time to the chooser and to the first frame, what it costs the
+machine at rest, paused and minimised, and frame times at rest and over track changes of each type
+of file. Prints what it saw, as ratios to a frame of 21 ms where that is what matters; it judges
+nothing.
 
 Usage: measure.py FOLDER FRAME_LOG_LIBRARY, FOLDER being an installed game."""
 
-import os
 import shutil
 import subprocess
 import sys
@@ -18,12 +18,13 @@ import numpy as np
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
 # pylint: disable=wrong-import-position
 from desktop import CHOOSER, MAIN, Desktop, Game, wait_for
+from load import measure_load
 from test_rounds import write_tone
 
 FRAME_MS = 21.0
 TRACK_SECONDS = 2.0
 WATCHED_SECONDS = 10.0
-HERTZ = os.sysconf("SC_CLK_TCK")
+SETTLING_SECONDS = 20.0  # until the threads that opened the sounds have gone
 
 
 class FrameTimes:
@@ -55,11 +56,6 @@ class FrameTimes:
         )
 
 
-def processor_seconds(process):
-    fields = Path(f"/proc/{process.pid}/stat").read_text().rsplit(")", 1)[1].split()
-    return (int(fields[11]) + int(fields[12])) / HERTZ
-
-
 def with_frame_log(game, library):
     log = game.desktop.folder / "frames.log"
     game.env.update(LD_PRELOAD=library, FRAME_LOG=str(log))
@@ -86,15 +82,25 @@ def measure_start(installed):
 
 
 def measure_rest(installed, library):
-    with Desktop() as desktop:
-        game = Game(desktop, installed)
-        log = with_frame_log(game, library)
-        game.play("Relaxed")
-        time.sleep(1)
-        frames, used = FrameTimes(log), processor_seconds(game.process)
-        time.sleep(WATCHED_SECONDS)
-        share = (processor_seconds(game.process) - used) / WATCHED_SECONDS
-        print(f"at rest, with music: {100 * share:.1f} % of a core; {frames.describe()}")
+    """One row for each way in which the game can rest, first without music and then with it."""
+    for music in ("no music", "music"):
+        with Desktop() as desktop:
+            game = Game(desktop, installed)
+            log = with_frame_log(game, library)
+            if music == "no music":
+                shutil.rmtree(game.folder / "music")
+            game.play("Relaxed")
+            time.sleep(SETTLING_SECONDS)
+            frames = FrameTimes(log)
+            measure_load(game.process.pid, f"{music}, at rest")
+            print(f"  {frames.describe()}")
+            desktop.key("F4")
+            time.sleep(SETTLING_SECONDS)
+            measure_load(game.process.pid, f"{music}, paused")
+            desktop.key("F4")
+            desktop.run("xdotool", "windowminimize", str(desktop.window(MAIN)))
+            time.sleep(SETTLING_SECONDS)
+            measure_load(game.process.pid, f"{music}, minimised")
 
 
 def make_tracks(folder, ending):
