@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Who gets into a table, at which place, and which files that changes.
+#include <cstdlib>
+
 #include "scores/basMiscelFunctions.h"
 #include "scores/basScoreTables.h"
 #include "tests/platform/Twin.h"
@@ -152,6 +154,13 @@ TEST_F(EntryTest, AResetWritesTheDefaultsIntoAllFiles) {
   EXPECT_EQ(scoresNormal[1], 7) << "the working copies are filled by their next reader";
   ExpectRank(100, kNoRank);
   ExpectRank(101, 1);
+}
+
+TEST_F(EntryTest, AnInstalledGameBeginsWithTheTablesOfAReset) {
+  ASSERT_EQ(std::system(("sh " TEST_DATA "/../../packaging/lay-out-scores " + folder_).c_str()), 0);
+  const Snapshot laidOut = Files();
+  ResetScoreTables();
+  EXPECT_EQ(Files(), laidOut);
 }
 
 }  // namespace
