@@ -47,6 +47,15 @@ GstPadProbeReturn OfferNoRandomAccess(GstPad*, GstPadProbeInfo* info, gpointer) 
   return GST_PAD_PROBE_HANDLED;
 }
 
+// A stream that has ended would go on asking the device for room. Unless it is being taken down by
+// now, it lets go of the device.
+void LetGoOfDevice(GstElement* pipeline, gpointer) {
+  GST_STATE_LOCK(pipeline);
+  if (GST_STATE_TARGET(pipeline) == GST_STATE_PLAYING)
+    gst_element_set_state(pipeline, GST_STATE_READY);
+  GST_STATE_UNLOCK(pipeline);
+}
+
 bool HasProperty(GstElement* element, const char* name) {
   return g_object_class_find_property(G_OBJECT_GET_CLASS(element), name) != nullptr;
 }
@@ -122,6 +131,7 @@ GstBusSyncReply MediaStream::OnMessage(GstBus*, GstMessage* message, gpointer st
     const bool ended = type == GST_MESSAGE_EOS;
     const GraphEvent played = ended ? GraphEvent::Complete : GraphEvent::ErrorAbort;
     self->End(self->rendered_ ? played : GraphEvent::RenderFailed);
+    gst_element_call_async(self->pipeline_, LetGoOfDevice, nullptr, nullptr);
   }
   gst_message_unref(message);
   return GST_BUS_DROP;
