@@ -6,6 +6,7 @@
 #include <malloc.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <utility>
@@ -31,6 +32,13 @@ void KeepHeapSmall() {
   constexpr int kOwnMappingBytes = 1 << 20;  // what is larger goes back to the system when freed
   mallopt(M_ARENA_MAX, kHeaps);
   mallopt(M_MMAP_THRESHOLD, kOwnMappingBytes);
+}
+
+// The library's just-in-time compiler keeps its code in a mapped file below XDG_RUNTIME_DIR or,
+// failing that, in the player's home, where a full disk would end the program with a bus error. The
+// functions that come compiled play the same.
+void KeepCodeOffTheHomesDisk() {
+  if (std::getenv("XDG_RUNTIME_DIR") == nullptr) setenv("ORC_CODE", "backup", 0);
 }
 
 // Of the decoders of MP3 the library would take one that brings a hundred libraries of video along.
@@ -113,6 +121,7 @@ class DesktopGraph : public FilterGraph {
 
 void WarmUpMedia() {
   KeepHeapSmall();
+  KeepCodeOffTheHomesDisk();
   OpeningQueue();
 }
 
