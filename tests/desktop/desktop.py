@@ -49,9 +49,11 @@ class Desktop:
     def picture_of_failure(cls):
         if cls.shown is None:
             return "there is no screen"
-        path = Path(tempfile.gettempdir()) / "glimmerfall-failed.png"
-        cls.shown.grab().save(path)
-        return f"the screen is in {path}"
+        with tempfile.NamedTemporaryFile(
+            prefix="glimmerfall-", suffix=".png", delete=False
+        ) as file:
+            cls.shown.grab().save(file)
+        return f"the screen is in {file.name}"
 
     def __init__(self, size=(1280, 1300), scale=None, sound=True):
         self.size, self.scale, self.sound = size, scale, sound
@@ -144,6 +146,15 @@ class Desktop:
 
     def window(self, title, patience=PATIENCE):
         return wait_for(f"the window '{title}'", lambda: self.windows(title), patience)[0]
+
+    def focused(self, title):
+        """The window, once it has the keyboard."""
+        window = self.window(title)
+        wait_for(
+            f"the focus of '{title}'",
+            lambda: self.run("xdotool", "getwindowfocus", check=False).strip() == str(window),
+        )
+        return window
 
     def place(self, window):
         """Left, top, width and height of a window's client area."""
