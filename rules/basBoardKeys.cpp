@@ -51,7 +51,7 @@ bool IsArrow(Key key) {
 }
 
 float32 MiddleOf(int16 cell) {
-  return static_cast<float32>(cell * kCellPixels + kCellPixels / 2);
+  return static_cast<float32>(cell) * kCellPixels + kCellPixels / 2.0F;
 }
 
 void PressCell(int16 x, int16 y) {
