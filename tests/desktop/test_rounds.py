@@ -202,16 +202,6 @@ class Windows(RealProgram):
             (self.game.folder / "scorenamema10.gwk").read_bytes(), b"Norvane Games\r\n"
         )
 
-    def test_chooser_closed_leaves_the_game_alone(self):
-        board = self.game.at_rest()
-        self.desktop.key("F2")
-        self.desktop.window("Norvane Games Presents...")
-        time.sleep(0.3)
-        self.desktop.key("Escape")
-        wait_for("the chooser to go", lambda: not self.desktop.windows("Norvane Games Presents..."))
-        self.assertEqual(self.game.at_rest(), board)
-        self.quit()
-
 
 class ClosedChooser(RealProgram):
     starts = False

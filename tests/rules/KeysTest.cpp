@@ -38,7 +38,7 @@ TEST_F(Keys, MoveTheCursorAndPlayThroughTheMouse) {
       {"keyright keyenter keyend", "selected 7,0: select"},
       {"keyright keyenter keyend keyenter", "idle 7,0: select badswap"},
       {"keyenter2 keyup", "selected 0,0: select"},
-      {"pick1 keyright", "selected 1,0: select"},
+      {"pick0 keyright", "selected 1,0: select"},
       {"pick1 keyright2", "swapping 2,0: select"},
       {"keyright keyenter keyescape", "idle 1,0: select"},
       {"keyescape", "idle hidden: "},
