@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "display/basBoardCursor.h"
+#include "rules/basManipulatingGems.h"
 #include "ui/basBoardWords.h"
 
 namespace glimmerfall {
@@ -189,7 +190,7 @@ void FollowCursor() {
 
 // What the cursor's cell has come to hold; nothing while gems are under way.
 std::string NewsOfCell() {
-  if (told.cell == kNoCell || (gameState != stateIdle && gameState != stateSelected)) return "";
+  if (told.cell == kNoCell || !PicksAllowed()) return "";
   std::string name = CellWords(boardCursor.x, boardCursor.y);
   return name == std::exchange(told.cellName, name) ? "" : name;
 }
