@@ -26,7 +26,7 @@ test_packages=(
   libgtest-dev libbenchmark-dev xvfb openbox xdotool wmctrl x11-utils pulseaudio pulseaudio-utils
   python3 python3-numpy python3-pil python3-scipy locales
   appstream desktop-file-utils libglib2.0-bin util-linux
-  povray csound lame python3-mido fluidsynth ffmpeg fonts-urw-base35
+  povray csound ffmpeg fonts-urw-base35
 )
 
 missing_packages() {

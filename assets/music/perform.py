@@ -6,13 +6,14 @@ for; timing strays by a few milliseconds. The straying is drawn from the piece's
 own seed, so that a piece is always performed the same way.
 """
 import dataclasses
+import hashlib
 import math
 import random
 
-import piece as source
+from music import piece as source
 
 PHRASE_BARS = 4
-METRE_ACCENTS = (7.0, 2.0, -4.0)    # first beat of a bar, other beats, between
+METRE_ACCENTS = (7.0, 2.0, -4.0)  # first beat of a bar, other beats, between
 PHRASE_ARCH = 5.0
 CONTOUR = 0.35
 MARKED = 14.0
@@ -28,6 +29,7 @@ TEMPO_STEP = 0.5
 @dataclasses.dataclass
 class Note:
     """One sounding note; start and length in quarter notes."""
+
     voice: source.Voice
     start: float
     length: float
@@ -38,9 +40,30 @@ class Note:
 @dataclasses.dataclass
 class Performance:
     """The notes in order of time, the tempo as (quarter, beats a minute), the end."""
+
     notes: list
     tempo: list
     end: float
+
+    def collect_spans(self, voice):
+        """Return a voice's notes as (start in seconds, length in seconds, note)."""
+        spans = []
+        for note in self.notes:
+            if note.voice is voice:
+                start = self.to_seconds(note.start)
+                spans.append((start, self.to_seconds(note.start + note.length) - start, note))
+        return spans
+
+    def identify(self, piece):
+        """Return a name that changes with whatever is heard of the performance."""
+        heard = [piece.title, piece.hall]
+        for voice in piece.voices.values():
+            heard.append(dataclasses.astuple(voice))
+            heard += [
+                (round(start, 4), round(length, 4), note.pitch, note.velocity)
+                for start, length, note in self.collect_spans(voice)
+            ]
+        return hashlib.sha256(repr(heard).encode()).hexdigest()[:16]
 
     def to_seconds(self, quarter):
         """Return the time of a place in the piece, in seconds from its start."""
@@ -127,8 +150,9 @@ def collect_line(piece, section, voice, parts):
     for number, part in enumerate(parts):
         start = number * piece.bar
         if part.startswith("*"):
-            laid = lay_figure(piece.figures[part[1:]], section.chords, start,
-                              start + piece.bar, voice, before)
+            laid = lay_figure(
+                piece.figures[part[1:]], section.chords, start, start + piece.bar, voice, before
+            )
             marked += [(event, False) for event in laid]
         else:
             marked += source.read_notes(part, start, signature)[0]
@@ -185,11 +209,18 @@ def perform_line(piece, passage, section, voice, parts, shift, offset, chance):
         start = offset + swing(piece, event.start)
         end = offset + swing(piece, event.start + event.length)
         start += max(-2.5, min(2.5, chance.gauss(0, 1))) * voice.loose * quarters_per_ms
-        length = max(SHORTEST, (end - start) * voice.hold)
+        length = max(SHORTEST, (end - start) * voice.hold) + voice.after * piece.tempo / 60
         for place, pitch in enumerate(sorted(event.pitches)):
             late = place * voice.roll * quarters_per_ms
-            notes.append(Note(voice, max(0.0, start + late), max(SHORTEST, length - late),
-                              pitch + shift, velocity))
+            notes.append(
+                Note(
+                    voice,
+                    max(0.0, start + late),
+                    max(SHORTEST, length - late),
+                    pitch + shift,
+                    velocity,
+                )
+            )
     return notes
 
 
@@ -221,6 +252,15 @@ def part_repeats(notes):
     return kept
 
 
+def check_key(piece, notes):
+    """Refuse a note that is neither in the key nor among the accidentals."""
+    allowed = {source.read_pitch(name, {}) % 12 for name in piece.accidentals}
+    allowed |= {source.read_pitch(name, source.sign_key(piece.key)) % 12 for name in "CDEFGAB"}
+    for note in notes:
+        if not note.voice.drums and note.pitch % 12 not in allowed:
+            raise source.SourceError(f"{note.voice.name}: pitch {note.pitch} is off the key")
+
+
 def perform_piece(piece):
     """Perform the whole form of a piece."""
     chance, notes, tempo, offset = random.Random(piece.seed), [], [], 0.0
@@ -228,7 +268,9 @@ def perform_piece(piece):
         section = piece.sections[passage.section]
         tempo += map_tempo(piece, passage, section, offset)
         for name, shift, parts in assign_lines(passage, section):
-            notes += perform_line(piece, passage, section, piece.voices[name], parts,
-                                  shift, offset, chance)
+            notes += perform_line(
+                piece, passage, section, piece.voices[name], parts, shift, offset, chance
+            )
         offset += section.bars * piece.bar
+    check_key(piece, notes)
     return Performance(part_repeats(notes), tempo, offset)

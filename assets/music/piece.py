@@ -19,15 +19,40 @@ MAJOR_SHARPS = {"C": 0, "G": 1, "D": 2, "A": 3, "E": 4, "F": -1, "Bb": -2}
 # Semitones above the root of third, fifth, seventh and ninth. Where a chord has
 # no seventh the octave stands in for it.
 CHORDS = {
-    "": (4, 7, 12, 14), "m": (3, 7, 12, 14), "7": (4, 7, 10, 14), "m7": (3, 7, 10, 14),
-    "maj7": (4, 7, 11, 14), "6": (4, 7, 9, 14), "m6": (3, 7, 9, 14), "sus4": (5, 7, 12, 14),
-    "sus2": (2, 7, 12, 14), "7sus4": (5, 7, 10, 14), "add9": (4, 7, 12, 14),
-    "m9": (3, 7, 10, 14), "maj9": (4, 7, 11, 14), "dim": (3, 6, 12, 14),
+    "": (4, 7, 12, 14),
+    "m": (3, 7, 12, 14),
+    "7": (4, 7, 10, 14),
+    "m7": (3, 7, 10, 14),
+    "maj7": (4, 7, 11, 14),
+    "6": (4, 7, 9, 14),
+    "m6": (3, 7, 9, 14),
+    "sus4": (5, 7, 12, 14),
+    "sus2": (2, 7, 12, 14),
+    "7sus4": (5, 7, 10, 14),
+    "add9": (4, 7, 12, 14),
+    "m9": (3, 7, 10, 14),
+    "maj9": (4, 7, 11, 14),
+    "dim": (3, 6, 12, 14),
 }
 NINTHS = ("add9", "m9", "maj9")
 DRUMS = {
-    "k": 36, "s": 37, "h": 42, "r": 51, "t": 54, "b": 61, "B": 60, "G": 63, "g": 64,
-    "c": 69, "m": 70, "C": 75, "w": 76, "v": 77, "j": 80, "i": 81,
+    "k": 36,
+    "s": 37,
+    "n": 38,
+    "h": 42,
+    "r": 51,
+    "t": 54,
+    "b": 61,
+    "B": 60,
+    "G": 63,
+    "g": 64,
+    "c": 69,
+    "m": 70,
+    "C": 75,
+    "w": 76,
+    "v": 77,
+    "j": 80,
+    "i": 81,
 }
 NOTE = re.compile(r"([_^=]?)([A-Ga-g])([,']*)")
 TOKEN = re.compile(r"(z|\[[^\]]+\]|[_^=]?[A-Ga-g][,']*)(\d*)(/?)(-?)([!?]?)")
@@ -40,26 +65,32 @@ class SourceError(Exception):
 
 @dataclasses.dataclass
 class Voice:
-    """One instrument. Velocity, volume, pan and reverb run from 0 to 127."""
+    """One instrument. Velocity, pan and hall run from 0 to 127."""
+
     name: str
-    program: int = 0        # General MIDI program, from 0
-    instrument: int = 1     # instrument of music.orc
+    program: int = 0  # General MIDI program, from 0; for drums the kit
     drums: bool = False
-    bass: bool = False      # takes the note under the stroke of a chord such as D/F#
+    bass: bool = False  # takes the note under the stroke of a chord such as D/F#
     velocity: int = 80
-    volume: int = 100
+    level: float = -20.0  # loudness where it plays, in LUFS beside the other voices
     pan: int = 64
-    reverb: int = 50
-    low: int = 48           # lowest place of a figure's root, as a MIDI pitch
-    hold: float = 0.95      # sounding part of a written length
-    ring: bool = False      # figure notes sound on to the end of their chord
-    roll: float = 0.0       # milliseconds between the notes of a chord
-    loose: float = 6.0      # milliseconds by which timing strays
+    width: float = 1.0  # of the instrument's stereo picture
+    hall: int = 50  # share that goes into the hall
+    cut: int = 75  # nothing below this frequency, in Hz
+    treble: float = 0.0  # dB above 2.5 kHz
+    low: int = 48  # lowest place of a figure's root, as a MIDI pitch
+    hold: float = 0.95  # sounding part of a written length
+    after: float = 0.0  # seconds for which a struck note rings on
+    ring: bool = False  # figure notes sound on to the end of their chord
+    swell: bool = False  # long notes open and close, as breath or bow does
+    roll: float = 0.0  # milliseconds between the notes of a chord
+    loose: float = 6.0  # milliseconds by which timing strays
 
 
 @dataclasses.dataclass
 class Event:
     """One written note: pitches sound together; accent is -1, 0 or 1."""
+
     start: float
     length: float
     pitches: tuple
@@ -79,6 +110,7 @@ class Chord:
 @dataclasses.dataclass
 class Section:
     """Bars of chords, and for each voice its bars as written."""
+
     bars: int
     chords: list
     lines: dict
@@ -87,6 +119,7 @@ class Section:
 @dataclasses.dataclass
 class Passage:
     """One entry of the form: a section, how loud, who rests, who takes whose line."""
+
     section: str
     level: tuple = (100.0, 100.0)
     without: tuple = ()
@@ -98,15 +131,14 @@ class Passage:
 @dataclasses.dataclass
 class Piece:
     title: str = ""
-    output: str = "midi"
-    key: str = "D"          # the major key of the signature, also for a minor piece
-    accidentals: tuple = () # notes outside the key; the checks hold the piece to them
+    key: str = "D"  # the major key of the signature, also for a minor piece
+    accidentals: tuple = ()  # notes outside the key, such as ^C; any others are refused
     beats: int = 4
     beat_type: int = 4
     tempo: float = 100.0
     swing: float = 0.5
     seed: int = 1
-    gain: float = 0.0
+    hall: float = 1.6  # seconds in which the hall fades by 60 dB
     voices: dict = dataclasses.field(default_factory=dict)
     figures: dict = dataclasses.field(default_factory=dict)
     sections: dict = dataclasses.field(default_factory=dict)
@@ -197,7 +229,7 @@ def read_setting(piece, word, rest):
         piece.beats, piece.beat_type = (int(part) for part in rest.split("/"))
     elif word == "accidentals":
         piece.accidentals = tuple(rest.split())
-    elif word in ("tempo", "swing", "gain"):
+    elif word in ("tempo", "swing", "hall"):
         setattr(piece, word, float(rest))
     elif word == "seed":
         piece.seed = int(rest)
@@ -273,8 +305,11 @@ def read_piece(path):
     sections = read_body(piece, lines)
     for name, voices in sections.items():
         bars = len(voices["chords"].split("|"))
-        lines = {voice: check_line(piece, name, voice, line, bars)
-                 for voice, line in voices.items() if voice != "chords"}
+        lines = {
+            voice: check_line(piece, name, voice, line, bars)
+            for voice, line in voices.items()
+            if voice != "chords"
+        }
         piece.sections[name] = Section(bars, read_chords(voices["chords"], piece.bar), lines)
     return piece
 
