@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 # Shared by ./play and ./test: packages, presets, and how to say what is going on.
-# shellcheck shell=bash
+# shellcheck shell=bash disable=SC2034 # the package lists are for whoever sources this
 
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
