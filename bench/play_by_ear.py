@@ -1,8 +1,9 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Plays Relaxed from what a screen reader is told, with keys alone and without a look at the screen,
-and prints what was said. It listens as a reader does: to the names of what gets the focus and of the
-notifications that show. Only for the proof is the board that was heard compared with the picture.
+"""Plays Relaxed from what a screen reader is told, with keys alone and without a look at the
+screen, and prints what was said. It listens as a reader does: to the names of what gets the focus
+and of the notifications that show. Only for the proof is the board that was heard compared with
+the picture.
 
 Needs the packages python3-pyatspi, at-spi2-core and dbus.
 Usage: play_by_ear.py FOLDER [--swaps N]"""
@@ -15,6 +16,7 @@ import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
+# pylint: disable=wrong-import-position
 from desktop import BOARD, Desktop, Game, swaps, wait_for
 
 GEMS = (
@@ -36,6 +38,7 @@ class Ear:
     """What a reader would speak, in order; and the fingers that press keys meanwhile."""
 
     def __init__(self, desktop):
+        # pylint: disable-next=import-outside-toplevel
         import pyatspi  # here, since it connects to the session that the program runs in
 
         self.pyatspi, self.desktop = pyatspi, desktop
@@ -53,6 +56,7 @@ class Ear:
 
     def listen(self):
         """All words that have come and were not yet heard."""
+        # pylint: disable-next=import-outside-toplevel
         from gi.repository import GLib
 
         while GLib.MainContext.default().iteration(False):
@@ -85,6 +89,7 @@ class Ear:
 
     def find(self, name):
         """The first thing of this name in the program's tree."""
+        # pylint: disable-next=no-value-for-parameter
         program = next(p for p in self.pyatspi.Registry.getDesktop(0) if p.name == "Glimmerfall")
         return self.pyatspi.findDescendant(program, lambda thing: thing.name == name)
 
@@ -128,7 +133,7 @@ class Listener:
             self.go(key, self.at + ARROWS[key])
 
     def read_board(self):
-        """The kinds of all cells, each heard as the cursor comes to it: along the rows, to and fro."""
+        """The kinds of all cells, each heard as the cursor comes to it, row by row to and fro."""
         self.ear.loud = False
         self.go_to(1)
         kinds = {0: self.go("Left", 0)}

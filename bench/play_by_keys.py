@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""Plays whole games of the real program with keys alone, from the chooser to the high scores: in each
-mode named until the clock has run out, in Relaxed until no move is left (up to an hour). There each
-move is the one that leaves the fewest others.
+"""Plays whole games of the real program with keys alone, from the chooser to the high scores: in
+each mode named until the clock has run out, in Relaxed until no move is left (up to an hour). There
+each move is the one that leaves the fewest others.
 
 Usage: play_by_keys.py FOLDER [--scale N] MODE..."""
 
@@ -13,7 +13,8 @@ import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
-from desktop import CHOOSER, MAIN, MODES, Desktop, Game, swaps, wait_for
+# pylint: disable=wrong-import-position
+from desktop import MAIN, MODES, Desktop, Game, swaps, wait_for
 
 LEVELS = {
     "Normal": 1,
