@@ -167,7 +167,7 @@ struct SharedVariables {
   platform::WindowHandle frmMainHandle = nullptr;
   platform::WindowHandle picBoardHandle = nullptr;
 };
-inline constinit SharedVariables shared;
+inline SharedVariables shared;
 
 // The variables by their own names.
 inline auto& gems = shared.gems;
