@@ -29,7 +29,7 @@ constexpr std::size_t kBlocks = 400'000;
 constexpr std::size_t kBlockBytes = 600;
 
 std::string Beep() {
-  const std::string path = std::filesystem::temp_directory_path() / "glimmerfall-beep.wav";
+  std::string path = std::filesystem::temp_directory_path() / "glimmerfall-beep.wav";
   SF_INFO info = {};
   info.samplerate = 44100;
   info.channels = 1;
@@ -72,7 +72,7 @@ void SoundsThatEnd(benchmark::State& state) {
   const auto heap = HeapWithHoles();
   Milliseconds longest{};
   double before = 0;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     for (int i = 0; i < kSounds; ++i) {
       const auto graph = CreateFilterGraphInto("fakesink sync=false");
       graph->RenderFile(path);

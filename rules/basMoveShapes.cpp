@@ -59,7 +59,8 @@ constexpr int Offset(Step step) {
 using Kinds = std::array<int16, std::size_t{kPaddedPlaces} * kPaddedLines>;
 
 constexpr std::size_t At(int line, int place) {
-  return static_cast<std::size_t>((line + 1) * kPaddedPlaces + place);
+  const int index = (line + 1) * kPaddedPlaces + place;
+  return static_cast<std::size_t>(index);
 }
 
 Kinds KindsAlong(Direction direction) {

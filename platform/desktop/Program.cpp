@@ -15,6 +15,7 @@ namespace fs = std::filesystem;
 
 std::string FindProgramFolder() {
   // The path as whoever started the program gave it, with its links unresolved.
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the system hands the pointer out as a number.
   const auto* started = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
   std::error_code failed;
   const fs::path folder = fs::absolute(started, failed).parent_path();
