@@ -172,7 +172,7 @@ TEST_F(Surfaces, DrawTextWithoutABackground) {
     const QImage painted = Painted(wide, ratio);
     EXPECT_EQ(Count(painted, 0xFFFFFFFF), 0) << "a background";
     EXPECT_GT(Count(painted, kRed), 100 * ratio * ratio);
-    EXPECT_LT(Count(painted, kRed), size.width * size.height / 2 * ratio * ratio);
+    EXPECT_LT(Count(painted, kRed), 0.5 * size.width * size.height * ratio * ratio);
   }
   for (const Rect& rect : {Rect{9, 5, 12 + size.width, 6 + size.height}, bounds}) {
     Fill(wide, rect, RGB(0, 0, 0));

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The drawing, by what it asks of the surfaces: set-up and release, gems with their trims, the
 // marker, the status strip.
+#include <sstream>
+
 #include "display/basBoardCursor.h"
 #include "display/basBoardText.h"
 #include "display/basDirectDrawStuff.h"
@@ -127,11 +129,11 @@ TEST_F(Drawing, ShrinkingGemsLoseEightPixelsASide) {
     DrawGemsShrinking();
     const auto lines = Take("gemsheet");
     ASSERT_EQ(lines.size(), shrink < 32 ? 64U : 63U);
-    const std::string low = std::to_string(64 + shrink);
-    const std::string high = std::to_string(128 - shrink);
+    std::ostringstream expected;
+    expected << "gemsheet1024x512.bmp 0,256,64,320 " << 64 + shrink << ',' << 64 + shrink << ','
+             << 128 - shrink << ',' << 128 - shrink << " keyed";
     if (shrink < 32) {
-      EXPECT_EQ(lines[9], "gemsheet1024x512.bmp 0,256,64,320 " + low + ',' + low + ',' + high +
-                              ',' + high + " keyed");
+      EXPECT_EQ(lines[9], expected.str());
     }
   }
 }

@@ -27,7 +27,7 @@ class Words : public GameTest {
   std::string Next(const std::function<void()>& frame = [] {}) {
     for (int frames = 0; frames < 500; ++frames) {
       if (frames % kFramesPerLook == 0)
-        if (const std::string words = news.Look(); !words.empty()) return words;
+        if (std::string words = news.Look(); !words.empty()) return words;
       frame();
       RunFrame();
     }
