@@ -11,6 +11,7 @@
 #include <QRadioButton>
 #include <QTest>
 #include <QTimer>
+#include <sstream>
 
 #include "platform/Time.h"
 #include "rules/basInitializingGameBoard.h"
@@ -162,9 +163,10 @@ TEST_F(MainWindow, ReadersHearTheCursorAndTheGameAndFindTheStatusLine) {
     for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Space, Qt::Key_T, Qt::Key_Space, Qt::Key_Left})
       QTest::keyClick(QApplication::focusWidget(), key);
     window.Timer1_Timer();
-    const std::string all = name + '\n' + name + ", selected\n" + StatusWords() + '\n' + name +
-                            '\n' + CellWords(0, 0) + '\n';
-    EXPECT_EQ(spoken, listens ? all : "");
+    std::ostringstream all;
+    all << name << '\n' << name << ", selected\n" << StatusWords() << '\n';
+    all << name << '\n' << CellWords(0, 0) << '\n';
+    EXPECT_EQ(spoken, listens ? all.str() : "");
   }
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
   QAccessibleInterface* const tree = QAccessible::queryAccessibleInterface(&window);
