@@ -24,7 +24,7 @@ constexpr gint64 kMusicPortionTime = 35'000;
 // MIDI is rendered by fluiddec. It would take the first soundfont that it finds.
 constexpr const char* kMidiDecoder = "fluiddec";
 constexpr const char* kSoundfont = "/usr/share/sounds/sf2/TimGM6mb.sf2";
-constexpr double kSynthGain = 1.2;  // the pieces are levelled with the other files at this gain
+constexpr double kSynthGain = 1.2;  // as loud as the tracks that come with the game
 
 struct Unref {
   void operator()(void* object) const { gst_object_unref(object); }
