@@ -116,8 +116,8 @@ void LastingDevice::Reopen() {
 
 class DesktopBuffer : public SoundBuffer {
  public:
-  DesktopBuffer(std::shared_ptr<LastingDevice> mixer, WaveData wave)
-      : device_(std::move(mixer)), wave_(std::make_shared<WaveData>(std::move(wave))) {
+  DesktopBuffer(std::shared_ptr<LastingDevice> device, WaveData wave)
+      : device_(std::move(device)), wave_(std::make_shared<WaveData>(std::move(wave))) {
     device_->Add(wave_);
   }
   DesktopBuffer(const DesktopBuffer&) = delete;
