@@ -53,9 +53,9 @@ void DrawGemShrinking(const CGem& gem) {
 }
 
 void StepTarget() {
-  if (++targetDelay < kTargetDelay) return;
-  targetDelay = 0;
-  if (++targetFrame >= kTargetFrames) targetFrame = 0;
+  if (++perBoard.targetDelay < kTargetDelay) return;
+  perBoard.targetDelay = 0;
+  if (++perBoard.targetFrame >= kTargetFrames) perBoard.targetFrame = 0;
 }
 
 }  // namespace
@@ -75,7 +75,7 @@ void DrawGemsShrinking() {
 void DrawTarget(int16 id) {
   const CGem& gem = Gem(id);
   StepTarget();
-  const int16 frame = gameState == stateSelected ? targetFrame : int16{0};
+  const int16 frame = gameState == stateSelected ? perBoard.targetFrame : int16{0};
   BlitToBack(SquareAt(gem.pixX, gem.pixY, kCellPixels), targetSheet,
              SquareAt(frame * kCellPixels, 0, kCellPixels), ColorKey::Source);
 }

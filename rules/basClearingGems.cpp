@@ -60,9 +60,9 @@ int16 HolesBelow(const CGem& gem) {
 }
 
 void RewardChain() {
-  ++chainCount;
-  if (chainCount < kFirstRewardedChain) return;
-  const auto row = static_cast<std::size_t>(chainCount - kFirstRewardedChain);
+  ++perBoard.chainCount;
+  if (perBoard.chainCount < kFirstRewardedChain) return;
+  const auto row = static_cast<std::size_t>(perBoard.chainCount - kFirstRewardedChain);
   const ChainReward& reward = kChainRewards[std::min(row, kChainRewards.size() - 1)];
   PlayEffect(reward.sound);
   score += reward.points;
@@ -165,8 +165,8 @@ void StepClearing() {
     CGem& gem = Gem(id);
     gem.shrink = static_cast<int16>(gem.shrink + kShrinkPixels);
   }
-  if (++clearFrames < kClearFrames) return;
-  clearFrames = 0;
+  if (++perBoard.clearFrames < kClearFrames) return;
+  perBoard.clearFrames = 0;
   SettleClear();
 }
 

@@ -81,8 +81,8 @@ void LoseEarlyClicks() {
 }
 
 void CheckHighScoreOnce() {
-  if (newBoardWanted || levelWon != kFalse || highScoreChecked != kFalse) return;
-  highScoreChecked = kTrue;
+  if (newBoardWanted || levelWon != kFalse || perBoard.highScoreChecked != kFalse) return;
+  perBoard.highScoreChecked = kTrue;
   CheckHighScore();
 }
 
@@ -102,8 +102,8 @@ void ShakeStep() {
   platform::Randomize(platform::Timer());
   for (CGem& gem : gems)
     ShakeGem(gem);
-  if (++shakeFrames < kShakeFrames) return;
-  shakeFrames = 0;
+  if (++perBoard.shakeFrames < kShakeFrames) return;
+  perBoard.shakeFrames = 0;
   for (CGem& gem : gems)
     LaunchGem(gem);
   PlayEffect(levelWonSound != kFalse ? sndGameOverLevel : sndExplode);
@@ -112,9 +112,9 @@ void ShakeStep() {
 
 void FlyOutStep() {
   for (CGem& gem : gems)
-    FlyGem(gem, spiralFrames);
-  if (++spiralFrames < kFlyFrames) return;
-  spiralFrames = 0;
+    FlyGem(gem, perBoard.spiralFrames);
+  if (++perBoard.spiralFrames < kFlyFrames) return;
+  perBoard.spiralFrames = 0;
   PlayEffect(levelWonSound != kFalse ? sndExcellent : sndGameOver);
   levelWonSound = kFalse;
   gameState = stateEndMessage;

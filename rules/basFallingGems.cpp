@@ -59,8 +59,8 @@ void ChooseNextState() {
 void FallStep() {
   for (const int16 id : fallList)
     MoveGem(Gem(id));
-  if (++fallFrames < kLandingTestFrames) return;
-  fallFrames = 0;
+  if (++perBoard.fallFrames < kLandingTestFrames) return;
+  perBoard.fallFrames = 0;
   if (!std::all_of(fallList.begin(), fallList.end(), HasLanded)) return;
   PlayEffect(sndGemDrop);
   SetGemsDown();

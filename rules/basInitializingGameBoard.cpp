@@ -93,7 +93,7 @@ bool IsAboveItsRow(const CGem& gem) {
 }  // namespace
 
 void InitGameBoard() {
-  shared.board = {};
+  perBoard = {};
   SetModeClock();
   gemKinds = KindsOfLevel(level);
   platform::Randomize(platform::Timer());
@@ -113,8 +113,8 @@ void DropStep() {
       gem.pixY = static_cast<int16>(gem.row * kCellPixels);
     }
   }
-  if (++dropFrames < kDropCheckFrames) return;
-  dropFrames = 0;
+  if (++perBoard.dropFrames < kDropCheckFrames) return;
+  perBoard.dropFrames = 0;
   if (std::none_of(gems.begin(), gems.end(), IsAboveItsRow)) gameState = stateIdle;
 }
 

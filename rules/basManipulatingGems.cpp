@@ -40,7 +40,7 @@ void PickSecond(int16 gem) {
   } else {
     TrySwapWith(gem);
   }
-  selectionCount = 0;
+  perBoard.selectionCount = 0;
 }
 
 }  // namespace
@@ -50,7 +50,7 @@ void MouseDown(float32 x, float32 y) {
   if (!PicksAllowed()) return;
   const int16 gem = GemAtPixel(x, y);
   if (gem < 0) return;
-  if (selectionCount == 0) {
+  if (perBoard.selectionCount == 0) {
     PickFirst(gem);
   } else {
     PickSecond(gem);
@@ -63,7 +63,7 @@ void MouseMove(float32 x, float32 y) {
   const int16 gem = GemAtPixel(x, y);
   if (gem < 0 || gem == firstGem) return;
   TrySwapWith(gem);
-  selectionCount = 0;
+  perBoard.selectionCount = 0;
 }
 
 void MouseUp() {
@@ -79,10 +79,10 @@ bool PicksAllowed() {
 }
 
 void PickFirst(int16 gem) {
-  chainCount = 0;
+  perBoard.chainCount = 0;
   firstGem = gem;
   gameState = stateSelected;
-  selectionCount = 1;
+  perBoard.selectionCount = 1;
   PlayEffect(sndSelect);
 }
 

@@ -35,7 +35,7 @@ void TurnBack() {
 }
 
 void RewardSwap() {
-  swapPasses = 0;
+  perBoard.swapPasses = 0;
   EmptyList(clearList);
   FindMatches(clearList);
   if (clearList.size() > kSetGems) {
@@ -100,17 +100,17 @@ void StepSwapping() {
   CGem& second = Gem(secondGem);
   SlideGem(first);
   SlideGem(second);
-  if (++swapFrames < kSwapFrames) return;
+  if (++perBoard.swapFrames < kSwapFrames) return;
 
-  swapFrames = 0;
+  perBoard.swapFrames = 0;
   ArriveGem(first);
   ArriveGem(second);
-  if (swapPasses != 0) {
-    swapPasses = 0;
+  if (perBoard.swapPasses != 0) {
+    perBoard.swapPasses = 0;
     gameState = stateIdle;
     return;
   }
-  swapPasses = kWayBack;
+  perBoard.swapPasses = kWayBack;
   if (BoardHasRun() == kFalse) {
     TurnBack();
   } else {

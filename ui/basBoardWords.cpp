@@ -93,8 +93,8 @@ std::string StatusWords() {
 
 // The chain counts a clear when it is settled, so while one is under way it gives its number.
 void BoardNews::FollowMove() {
-  if (gameState == stateClearing && clears_ <= chainCount) {
-    clears_ = chainCount + 1;
+  if (gameState == stateClearing && clears_ <= perBoard.chainCount) {
+    clears_ = perBoard.chainCount + 1;
     clearedGems_ += clearList.size();
   }
 }
@@ -103,7 +103,7 @@ void BoardNews::FollowMove() {
 std::string BoardNews::MoveWords() {
   const std::size_t gemsCleared = std::exchange(clearedGems_, 0);
   const int clears = std::exchange(clears_, 0);
-  if (gameState == stateShaking && chainCount < std::max(1, clears)) return "";
+  if (gameState == stateShaking && perBoard.chainCount < std::max(1, clears)) return "";
   if (clears == 0) return "No match";
   const std::string words = "Cleared " + Counted(gemsCleared, "gem");
   return clears == 1 ? words : words + ", chain of " + std::to_string(clears);

@@ -5,6 +5,7 @@ namespace glimmerfall {
 
 void ResetGameState() {
   shared = {};
+  perBoard = {};
 }
 
 int16 CellKind(int16 x, int16 y) {

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The shared variables of the game, and the numbers of the board on which everything runs. They
-// live for the whole run. Each is a member of one struct, with its start value, and is known
-// everywhere by its own name, a reference to that member: so no variable can be forgotten when all
-// start anew.
+// live for the whole run. Each is a member of one of two structs, with its start value: so one
+// assignment puts a whole struct back, and no variable can be forgotten.
 #pragma once
 
 #include <array>
@@ -96,7 +95,7 @@ inline constexpr int kPlaces = 10;
 /// Working copies of the ten scores of a mode, by place 1..10; element 0 holds nothing.
 using ScoreTable = std::array<float64, kPlaces + 1>;
 
-/// What starts anew with each board.
+/// What starts anew with each board: InitGameBoard sets all of it back.
 struct BoardVariables {
   // Frame counters, one a state.
   int16 dropFrames = 0;    ///< frames of dealing since its last check, to 33
@@ -113,10 +112,9 @@ struct BoardVariables {
   int16 chainCount = 0;            ///< clears settled since the player last picked a gem
   Flag highScoreChecked = kFalse;  ///< this end message has already looked at the high scores
 };
+inline BoardVariables perBoard;
 
 struct SharedVariables {
-  BoardVariables board;
-
   std::array<CGem, kGemCount> gems;  ///< addressed by id
   BoardCells boardCells;
 
@@ -169,7 +167,7 @@ struct SharedVariables {
 };
 inline SharedVariables shared;
 
-// The variables by their own names.
+// Short names of its members.
 inline auto& gems = shared.gems;
 inline auto& boardCells = shared.boardCells;
 inline auto& gameState = shared.gameState;
@@ -209,18 +207,6 @@ inline auto& gemSheetPath = shared.gemSheetPath;
 inline auto& targetBitmapPath = shared.targetBitmapPath;
 inline auto& frmMainHandle = shared.frmMainHandle;
 inline auto& picBoardHandle = shared.picBoardHandle;
-inline auto& dropFrames = shared.board.dropFrames;
-inline auto& swapFrames = shared.board.swapFrames;
-inline auto& swapPasses = shared.board.swapPasses;
-inline auto& clearFrames = shared.board.clearFrames;
-inline auto& fallFrames = shared.board.fallFrames;
-inline auto& shakeFrames = shared.board.shakeFrames;
-inline auto& spiralFrames = shared.board.spiralFrames;
-inline auto& targetDelay = shared.board.targetDelay;
-inline auto& targetFrame = shared.board.targetFrame;
-inline auto& selectionCount = shared.board.selectionCount;
-inline auto& chainCount = shared.board.chainCount;
-inline auto& highScoreChecked = shared.board.highScoreChecked;
 
 /// Puts every variable above back to its start value.
 void ResetGameState();

@@ -152,16 +152,16 @@ TEST_F(Drawing, MarkerTurnsEveryThirdDrawWhileAGemIsSelected) {
 
 // Both stand still under their gems where the step has just moved them, and count on unseen.
 TEST_F(Drawing, MarkersOfASwapSlideWithTheGems) {
-  targetFrame = 4;
-  targetDelay = 1;
+  perBoard.targetFrame = 4;
+  perBoard.targetDelay = 1;
   Perform("down12 move20");
-  EXPECT_EQ(targetFrame, 4);
+  EXPECT_EQ(perBoard.targetFrame, 4);
   RunFrame();
   EXPECT_EQ(Take("Target"),
             (std::vector<std::string>{"Target.bmp 0,0,64,64 256,68,320,132 keyed",
                                       "Target.bmp 0,0,64,64 256,124,320,188 keyed"}));
-  EXPECT_EQ(targetFrame, 5);
-  EXPECT_EQ(targetDelay, 0);
+  EXPECT_EQ(perBoard.targetFrame, 5);
+  EXPECT_EQ(perBoard.targetDelay, 0);
 }
 
 TEST_F(Drawing, CursorStandsInTheCornersOfItsCellWhileGemsStand) {

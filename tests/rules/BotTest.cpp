@@ -63,7 +63,7 @@ class Bot {
 
   // A game ends when the message of a lost one has waited for its click.
   void FinishOrGoOn() {
-    if (levelWon == kFalse && highScoreChecked == kTrue) {
+    if (levelWon == kFalse && perBoard.highScoreChecked == kTrue) {
       ++tally_["ended"];
       throw twin::ProgramEnded{0};
     }

@@ -17,8 +17,8 @@ class Clear : public GameTest {
     SetBoard(board);
     clearList = ids;
     gameState = stateClearing;
-    clearFrames = 15;
-    chainCount = 0;
+    perBoard.clearFrames = 15;
+    perBoard.chainCount = 0;
     score = 0;
   }
 };
@@ -27,13 +27,13 @@ class Clear : public GameTest {
 // emptied.
 TEST_F(Clear, ShrinksAndThenSettlesInItsOrder) {
   Prepare(QuietBoard({{4, {26, 27, 28}}}), {26, 27, 28});
-  clearFrames = 0;
+  perBoard.clearFrames = 0;
   Perform("frames15");
   EXPECT_EQ(Gem(26).shrink, 60);
   EXPECT_EQ(Gem(2).shrink, 0);
   EXPECT_EQ(gameState, stateClearing);
   twin::ScriptNumbers({0, 3, 3, 5, 6}, 8);
-  chainCount = 1;
+  perBoard.chainCount = 1;
   matchCount = 2;
   fallList = {60};
   clockRunning = kTrue;
@@ -63,9 +63,9 @@ TEST_F(Clear, PaysTheChain) {
                                 "combo6", "combo7", "excellent", "excellent"};
   for (int16 chain = 0; chain < 9; ++chain) {
     Prepare(QuietBoard({{0, {9, 10, 11, 12, 13}}}), {9, 10, 11, 12, 13});
-    chainCount = chain;
+    perBoard.chainCount = chain;
     RunFrame();
-    EXPECT_EQ(chainCount, chain + 1);
+    EXPECT_EQ(perBoard.chainCount, chain + 1);
     EXPECT_EQ(score, chain == 0 ? 0 : chain < 7 ? 50 : 500) << "chain " << chain + 1;
     EXPECT_EQ(TakeSounds(), sounds[chain]);
   }

@@ -168,21 +168,21 @@ const Handler kHandlers[] = {
        fallList = {1, 2, 3};
        matchCount = 16;
        gameState = stateClearing;
-       clearFrames = 15;
+       perBoard.clearFrames = 15;
      }},
     {"the fall lands with a run",
      {{1, {18, 19, 20}}},
      [] {
        clearList = {1, 2, 3};
        gameState = stateFalling;
-       fallFrames = 3;
+       perBoard.fallFrames = 3;
      }},
     {"the fall lands with a move",
      {{1, {56, 57, 59}}},
      [] {
        clearList = {1, 2, 3};
        gameState = stateFalling;
-       fallFrames = 3;
+       perBoard.fallFrames = 3;
      }},
     {"a gem is selected", {}, [] { Perform("pick9"); }},
     {"nothing is picked", {}, [] {}},

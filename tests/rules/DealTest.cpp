@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A new board: kinds and clock by level and mode, a deal that can be played, the drop from above.
 #include <algorithm>
+#include <cstring>
 
 #include "rules/basInitializingGameBoard.h"
 #include "rules/basMainGameLoop.h"
@@ -88,11 +89,7 @@ TEST_F(Deal, BreaksRunsInItsOrder) {
 }
 
 TEST_F(Deal, ResetsTheBoardAndNothingElse) {
-  const std::vector<int16*> counters = {
-      &selectionCount, &swapFrames,  &clearFrames, &fallFrames, &shakeFrames, &spiralFrames,
-      &dropFrames,     &targetFrame, &targetDelay, &chainCount, &swapPasses,  &highScoreChecked};
-  for (int16* counter : counters)
-    *counter = 7;
+  std::memset(static_cast<void*>(&perBoard), 7, sizeof perBoard);
   for (CGem& gem : gems)
     gem = {9, 1, 1, 1, 1, 1, 1, 1, 5, 1, 12, 4, 3, 1, 1, 1, 1};
   matchCount = 6;
@@ -103,8 +100,8 @@ TEST_F(Deal, ResetsTheBoardAndNothingElse) {
   fallList = {3};
   gameState = stateEndMessage;
   InitGameBoard();
-  for (const int16* counter : counters)
-    EXPECT_EQ(*counter, 0);
+  const BoardVariables fresh;
+  EXPECT_EQ(std::memcmp(&perBoard, &fresh, sizeof fresh), 0);
   EXPECT_EQ(std::tuple(score, matchCount, clearList, fallList, firstGem, secondGem, gameState),
             std::tuple(1234, 6, GemList{1, 2}, GemList{3}, 40, 41, stateEndMessage));
   for (int16 id = 0; id < kGemCount; ++id) {

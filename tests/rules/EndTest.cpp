@@ -50,7 +50,7 @@ TEST_F(End, ThrowsByItsRandomNumbers) {
   twin::ScriptRnd({0.5, 0.2, 0.5, 0.49, 0.4, 0.0});
   RunFrame();
   EXPECT_EQ(gameState, stateFlyOut);
-  EXPECT_EQ(shakeFrames, 0);
+  EXPECT_EQ(perBoard.shakeFrames, 0);
   EXPECT_EQ(Gem(0).flyAngle, 50);
   EXPECT_EQ(Gem(0).flySpeed, 20);
   EXPECT_EQ(Gem(1).flyAngle, 125);
@@ -86,7 +86,7 @@ TEST_F(End, FliesAlongItsParabola) {
     gem.flyY = thrown.y;
     gem.flyAngle = thrown.angle;
     gem.flySpeed = thrown.speed;
-    spiralFrames = thrown.t;
+    perBoard.spiralFrames = thrown.t;
     FlyOutStep();
     EXPECT_EQ(gem.pixX, thrown.pixX) << "t " << thrown.t;
     EXPECT_EQ(gem.pixY, thrown.pixY) << "t " << thrown.t;
@@ -105,7 +105,7 @@ TEST_F(End, TakesItsFramesAndSounds) {
     EXPECT_EQ(TakeSounds(), won == kTrue ? "excellent" : "gameover");
     EXPECT_EQ(levelWonSound, kFalse);
     EXPECT_EQ(levelWon, won);
-    EXPECT_EQ(spiralFrames, 0);
+    EXPECT_EQ(perBoard.spiralFrames, 0);
   }
 }
 
@@ -168,7 +168,7 @@ TEST_F(End, LostGameAsksForTheHighScoreOnceAfterTheHalfSecond) {
     EXPECT_FALSE(newBoardWanted);
     EXPECT_EQ(std::exchange(nameWanted, false), i == 0);
   }
-  EXPECT_EQ(highScoreChecked, kTrue);
+  EXPECT_EQ(perBoard.highScoreChecked, kTrue);
   Perform("new");
   EXPECT_TRUE(newBoardWanted);
 }
@@ -181,7 +181,7 @@ TEST_F(End, NewGameLeadsOutOfBothWaits) {
       newBoardWanted = false;
       gameState = stateEndMessage;
       levelWon = won;
-      highScoreChecked = kFalse;
+      perBoard.highScoreChecked = kFalse;
       score = 10;
       level = 7;
       const int32 start = platform::TickCount();
@@ -192,7 +192,7 @@ TEST_F(End, NewGameLeadsOutOfBothWaits) {
       EXPECT_EQ(levelWon, kFalse);
       EXPECT_EQ(score, 0);
       EXPECT_EQ(level, 1);
-      EXPECT_EQ(highScoreChecked, won == kFalse && wait == 900 ? kTrue : kFalse);
+      EXPECT_EQ(perBoard.highScoreChecked, won == kFalse && wait == 900 ? kTrue : kFalse);
     }
   }
 }

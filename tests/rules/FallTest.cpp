@@ -14,7 +14,7 @@ class Fall : public GameTest {
     SetBoard(board);
     clearList = ids;
     gameState = stateClearing;
-    clearFrames = 15;
+    perBoard.clearFrames = 15;
     twin::ScriptNumbers(kinds, 8);
     RunFrame();
     EXPECT_EQ(gameState, stateFalling);
@@ -62,13 +62,13 @@ TEST_F(Fall, ChoosesWhatComesNext) {
     SCOPED_TRACE(next.what);
     Settle(QuietBoard(next.patches), {3, 4, 5}, next.kinds);
     clockRunning = kTrue;
-    chainCount = 3;
+    perBoard.chainCount = 3;
     EXPECT_EQ(RunFramesUntil({stateIdle, stateShaking, stateClearing}), 8);
     EXPECT_EQ(gameState, next.state);
     EXPECT_EQ(clearList, next.listed);
     EXPECT_EQ(clockRunning, next.state == stateShaking ? kFalse : kTrue);
     EXPECT_EQ(levelWon, kFalse);
-    EXPECT_EQ(chainCount, 3);
+    EXPECT_EQ(perBoard.chainCount, 3);
     EXPECT_EQ(TakeSounds(), "gemdrop");
   }
 }

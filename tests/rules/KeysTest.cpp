@@ -52,7 +52,7 @@ TEST_F(Keys, MoveTheCursorAndPlayThroughTheMouse) {
     Perform(row.words);
     EXPECT_EQ(State(), row.end);
     EXPECT_EQ(mouseHeld, kFalse);
-    EXPECT_EQ(selectionCount, gameState == stateSelected ? 1 : 0);
+    EXPECT_EQ(perBoard.selectionCount, gameState == stateSelected ? 1 : 0);
     EXPECT_EQ(Gem(9).spinFrame, 0);
   }
 }

@@ -53,7 +53,7 @@ void TellClear(std::ostream& story, const GemList& cleared, float64 points) {
   std::vector<int> cells;
   for (const int16 id : cleared)
     cells.push_back(Gem(id).col + 8 * Gem(id).row);
-  story << "clear " << chainCount << " points " << points << " cells " << JoinIds(cells);
+  story << "clear " << perBoard.chainCount << " points " << points << " cells " << JoinIds(cells);
   story << "\nfall";
   for (const int16 id : fallList)
     story << ' ' << id << ':' << Gem(id).pixY << ':' << Gem(id).targetRow;

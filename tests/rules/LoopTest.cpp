@@ -170,7 +170,7 @@ TEST_F(Loop, NewBoardsDoNotGrowTheStack) {
   std::set<const char*> stacks;
   RunLoopWhile([&] {
     const char here = 0;
-    if (dropFrames != 1) return true;
+    if (perBoard.dropFrames != 1) return true;
     stacks.insert(&here);
     if (++boards == 100) return false;
     gameState = stateIdle;

@@ -27,7 +27,8 @@ class Pause : public GameTest {
 
 // All that moves.
 std::vector<int> Motion() {
-  std::vector<int> motion = {gameState, swapFrames, clearFrames, fallFrames, targetDelay};
+  std::vector<int> motion = {gameState, perBoard.swapFrames, perBoard.clearFrames,
+                             perBoard.fallFrames, perBoard.targetDelay};
   for (const CGem& gem : gems)
     motion.insert(motion.end(), {gem.pixX, gem.pixY, gem.shrink, gem.spinFrame});
   return motion;

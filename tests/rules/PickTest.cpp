@@ -64,14 +64,14 @@ TEST_F(Pick, GesturesLeadToTheirStates) {
     SCOPED_TRACE(gesture.words);
     StartScriptedGame();
     SetBoard(QuietBoard());
-    chainCount = 5;
+    perBoard.chainCount = 5;
     Perform(gesture.words);
     EXPECT_EQ(gameState, gesture.state);
-    EXPECT_EQ(selectionCount, gesture.selected);
+    EXPECT_EQ(perBoard.selectionCount, gesture.selected);
     EXPECT_EQ(Gem(9).spinFrame, gesture.spin);
     EXPECT_EQ(TakeSounds(), gesture.sounds);
     EXPECT_EQ(firstGem, 9);
-    EXPECT_EQ(chainCount, 0);
+    EXPECT_EQ(perBoard.chainCount, 0);
   }
 }
 
@@ -103,7 +103,7 @@ TEST_F(Pick, OtherStatesTakeNone) {
     gameState = state;
     Perform("down9 move10 up hint new");
     EXPECT_EQ(gameState, state == stateEndMessage ? stateDealing : state);
-    EXPECT_EQ(selectionCount, 0);
+    EXPECT_EQ(perBoard.selectionCount, 0);
     EXPECT_EQ(TakeSounds(), "");
   }
 }
@@ -112,11 +112,11 @@ TEST_F(Pick, HintPicksAndTwiceInARowKeepsTheSpin) {
   SetBoard(QuietBoard({{1, {16, 18, 19}}}));
   Perform("pick40 frames5 hint frames4");
   EXPECT_EQ(Gem(40).spinFrame, 0);
-  EXPECT_EQ(selectionCount, 1);
-  chainCount = 3;
+  EXPECT_EQ(perBoard.selectionCount, 1);
+  perBoard.chainCount = 3;
   Perform("hint frames1");
   EXPECT_EQ(Gem(17).spinFrame, 5);
-  EXPECT_EQ(chainCount, 0);
+  EXPECT_EQ(perBoard.chainCount, 0);
   EXPECT_EQ(TakeSounds(), "select select select");
   Perform("pick17");
   EXPECT_EQ(gameState, stateIdle);

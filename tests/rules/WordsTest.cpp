@@ -80,7 +80,7 @@ TEST_F(Words, CountGemsAndClearsOfAMove) {
     std::size_t gemsCleared = 0;
     int clears = 0;
     const std::string words = Next([&] {
-      if (gameState != stateClearing || clearFrames != 15) return;
+      if (gameState != stateClearing || perBoard.clearFrames != 15) return;
       gemsCleared += clearList.size();
       ++clears;
     });
