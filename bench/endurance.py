@@ -19,7 +19,6 @@ from pathlib import Path
 from statistics import median
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
-# pylint: disable=wrong-import-position
 from desktop import CHOOSER, MAIN, MODES, Desktop, Game, swaps
 from measure import FrameTimes, with_frame_log
 

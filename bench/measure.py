@@ -16,7 +16,6 @@ from pathlib import Path
 import numpy as np
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
-# pylint: disable=wrong-import-position
 from desktop import CHOOSER, MAIN, Desktop, Game, wait_for
 from load import measure_load
 from test_rounds import write_tone

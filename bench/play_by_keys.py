@@ -13,7 +13,6 @@ import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
-# pylint: disable=wrong-import-position
 from desktop import MAIN, MODES, Desktop, Game, swaps, wait_for
 
 LEVELS = {

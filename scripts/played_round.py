@@ -8,7 +8,6 @@ from pathlib import Path
 import numpy as np
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
-# pylint: disable=wrong-import-position
 from desktop import MAIN, legal_swap, wait_for
 
 NAME = "Ruby Opal"

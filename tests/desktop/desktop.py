@@ -110,6 +110,9 @@ class Desktop:
         assert number, "the screen in memory did not start"
         self.display = ":" + number
         self.env["DISPLAY"] = self.display
+        self._start_manager()
+
+    def _start_manager(self):
         log = open(self.folder / "openbox.log", "w+", encoding="utf-8")
         manager = self.spawn("openbox", "--sm-disable", stdout=log, stderr=log)
 
