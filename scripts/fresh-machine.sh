@@ -2,15 +2,7 @@
 # Shared by the proofs on a fresh machine: a minimal Debian 12 of base packages alone, in a folder
 # that goes with the proof. As root. The mirror is the one of this machine's own apt.
 # shellcheck shell=bash
-
-set -euo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/.."
-
-say() { printf '\n== %s\n' "$*"; }
-fail() {
-  printf '%s: %s\n' "$(basename "$0")" "$*" >&2
-  exit 1
-}
+. "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 
 suite=bookworm
 shows_seconds=8 # how long a started game is watched
@@ -37,7 +29,14 @@ clean_up() {
 trap clean_up EXIT
 
 [ "$(id -u)" = 0 ] || fail "run as root"
-for tool in debootstrap Xvfb xwininfo; do command -v "$tool" >/dev/null || fail "$tool is missing"; done
+install_packages "${run_packages[@]}" "${build_packages[@]}" "${test_packages[@]}" debootstrap lintian
+
+# A package of the game for the generator of that name.
+make_package() {
+  say "The package"
+  build_preset play
+  cpack -G "$1" --config build/play/CPackConfig.cmake -B "$work/package" >/dev/null
+}
 
 make_machine() {
   local machine=$1 mirror

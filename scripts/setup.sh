@@ -20,13 +20,12 @@ run_packages=(
 )
 build_packages=(
   build-essential cmake ninja-build pkg-config
-  qt6-base-dev libgl-dev libopenal-dev libsndfile1-dev libgstreamer1.0-dev
+  qt6-base-dev libopenal-dev libsndfile1-dev libgstreamer1.0-dev
 )
 test_packages=(
   libgtest-dev libbenchmark-dev xvfb openbox xdotool wmctrl x11-utils pulseaudio pulseaudio-utils
   python3 python3-numpy python3-pil python3-scipy locales
-  appstream desktop-file-utils libglib2.0-bin util-linux
-  povray csound ffmpeg fonts-urw-base35
+  appstream desktop-file-utils libglib2.0-bin povray csound ffmpeg fonts-urw-base35
 )
 
 missing_packages() {
@@ -38,7 +37,7 @@ missing_packages() {
 
 # Installs those of the named packages that are missing.
 install_packages() {
-  local missing as_root=() log
+  local missing as_root=() said
   mapfile -t missing < <(missing_packages "$@")
   [ ${#missing[@]} -gt 0 ] || return 0
   command -v apt-get >/dev/null || fail "these Debian packages are needed: ${missing[*]}"
@@ -47,27 +46,18 @@ install_packages() {
     as_root=(sudo)
   fi
   say "Installing ${#missing[@]} packages: ${missing[*]}"
-  log=$(mktemp)
-  if ! { "${as_root[@]}" apt-get update &&
+  if ! said=$({ "${as_root[@]}" apt-get -qq update &&
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-      apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
-    tail -n 5 "$log" >&2
-    rm -f "$log"
-    fail "the packages could not be installed: ${missing[*]}"
+      apt-get -qq install -y --no-install-recommends "${missing[@]}"; } 2>&1); then
+    fail "the packages could not be installed: $(grep -m 1 '^E: ' <<<"$said" || tail -n 1 <<<"$said")"
   fi
-  rm -f "$log"
 }
 
 # Configures and builds a preset; quiet but for what is compiled.
 build_preset() {
-  local preset=$1 log
-  log=$(mktemp)
-  if ! cmake --preset "$preset" >"$log" 2>&1; then
-    tail -n 20 "$log" >&2
-    rm -f "$log"
-    fail "the build could not be configured"
-  fi
-  rm -f "$log"
-  say "Building ($preset)"
-  cmake --build --preset "$preset" || fail "the build failed"
+  local said
+  [ -w . ] || fail "the folder $PWD cannot be written"
+  said=$(cmake --preset "$1" 2>&1) || fail "the build could not be configured: $said"
+  say "Building ($1)"
+  cmake --build --preset "$1" || fail "the build failed"
 }
