@@ -14,6 +14,7 @@ from pathlib import Path
 import numpy as np
 from PIL import Image
 
+from criteria import judge
 from pictures import board, buttons, gem_sheet, target
 from pictures.painting import sizes
 
@@ -52,9 +53,10 @@ def compare_frame(kind, step):
 
 
 def count_different(compare, *what):
-    """(name, pixels that differ) of each picture that a comparison makes."""
+    """One criterion for each picture that a comparison makes."""
     return [
-        (name, int((made != shipped).any(axis=-1).sum())) for name, made, shipped in compare(*what)
+        (f"{name}: pixels that differ", int((made != shipped).any(axis=-1).sum()), 0)
+        for name, made, shipped in compare(*what)
     ]
 
 
@@ -63,10 +65,7 @@ def main():
         parts = [pool.submit(count_different, compare_board)]
         parts += [pool.submit(count_different, compare_frame, *frame) for frame in FRAMES]
         parts.append(pool.submit(count_different, compare_small_pictures))
-        outcomes = [outcome for part in parts for outcome in part.result()]
-    for name, different in outcomes:
-        print(f"{'FAILED' if different else 'ok':6} {name:44} {different:8}   pixels that differ")
-    return 1 if any(different for _, different in outcomes) else 0
+        return judge(criterion for part in parts for criterion in part.result())
 
 
 if __name__ == "__main__":

@@ -17,7 +17,8 @@ import sys
 import tempfile
 from pathlib import Path
 
-from check_sounds import read_tags, report, results
+from check_sounds import probe
+from criteria import judge
 from music import perform, piece
 
 ASSETS = Path(__file__).resolve().parent
@@ -25,44 +26,39 @@ ROOT = ASSETS.parent
 
 
 def pair(folder, pattern, ending):
-    """Check that sources and shipped files belong together; return the files that do."""
+    """Return the shipped files that have a source, and the criterion that all have."""
     wanted = {path.stem + ending for path in (ASSETS / folder).glob(pattern)}
     shipped = {path.name for path in (ROOT / folder).glob("*")}
     odd = " ".join(sorted(wanted ^ shipped)) or "none"
-    report(folder, "files without a partner", odd, "none", wanted and wanted == shipped)
-    return [ROOT / folder / name for name in sorted(wanted & shipped)]
+    paths = [ROOT / folder / name for name in sorted(wanted & shipped)]
+    return paths, (f"{folder}: files without a partner", odd, "none")
 
 
 def compare(paths, scratch):
     """Rebuild these files and compare each with the shipped one."""
     command = [ASSETS / "build-sounds", "--out", scratch, *(path.stem for path in paths)]
-    done = subprocess.run(command, capture_output=True, text=True, check=False)
-    report("build-sounds", "ends well", done.returncode, 0, done.returncode == 0)
-    print(done.stderr, end="")
+    subprocess.run(command, check=True)
     for path in paths:
-        built = Path(scratch) / path.relative_to(ROOT)
-        same = built.exists() and filecmp.cmp(path, built, shallow=False)
-        report(path.stem, "rebuilt", "the same" if same else "differs", "the same", same)
+        same = filecmp.cmp(path, Path(scratch) / path.relative_to(ROOT), shallow=False)
+        yield f"{path.stem}: rebuilt", "the same" if same else "differs", "the same"
 
 
 def check_performance(path):
     """Check that a piece was made from its source as it stands."""
     work = piece.read_piece(ASSETS / "music" / (path.stem + ".piece"))
-    name, carried = perform.perform_piece(work).identify(work), read_tags(path).get("comment")
-    report(path.stem, "performance", str(carried), name, carried == name)
+    name = perform.perform_piece(work).identify(work)
+    return f"{path.stem}: performance", probe(path)["tags"]["comment"], name
 
 
 def main():
     parser = argparse.ArgumentParser(description="Check the shipped sounds against their sources.")
     parser.add_argument("--music", action="store_true", help="rebuild the pieces as well")
-    effects, pieces = pair("sounds", "*.sco", ".wav"), pair("music", "*.piece", ".mp3")
-    chosen = effects + pieces if parser.parse_args().music else effects
+    music = parser.parse_args().music
+    effects, all_effects = pair("sounds", "*.sco", ".wav")
+    pieces, all_pieces = pair("music", "*.piece", ".mp3")
     with tempfile.TemporaryDirectory() as scratch:
-        compare(chosen, scratch)
-    for path in pieces:
-        check_performance(path)
-    print(f"{results['passed']} passed, {results['failed']} failed")
-    return 1 if results["failed"] else 0
+        rebuilt = compare(effects + pieces * music, scratch)
+        return judge([all_effects, all_pieces, *rebuilt, *map(check_performance, pieces)])
 
 
 if __name__ == "__main__":
