@@ -1,15 +1,15 @@
 # SPDX-License-Identifier: MIT
 """Writes one voice of a performance as a Standard MIDI File for a General MIDI synthesizer."""
 import mido
+import numpy as np
 
 TICKS = 480
 TEMPO = 120  # the performance's times are in seconds already, so any tempo will do
 DRUM_CHANNEL = 9
 EXPRESSION = 11
-# A swelling voice opens from the first to the second value and closes towards the third.
-SWELL = (88, 127, 102)
 SWELL_STEPS = 12
-SWELL_TOP = 0.4
+# The expression of a swelling voice at shares of a note: it opens, and then closes a little.
+SWELL = ((0, 0.4, 1), (88, 127, 102))
 SHORTEST_SWELL_S = 0.4
 STEADY_EXPRESSION = 114
 
@@ -23,16 +23,8 @@ def swell(start, length):
     """Return (seconds, expression) of one note of a swelling voice."""
     if length < SHORTEST_SWELL_S:
         return [(start, STEADY_EXPRESSION)]
-    low, high, end = SWELL
-    curve = []
-    for step in range(SWELL_STEPS + 1):
-        share = step / SWELL_STEPS
-        if share < SWELL_TOP:
-            value = low + (high - low) * share / SWELL_TOP
-        else:
-            value = high + (end - high) * (share - SWELL_TOP) / (1 - SWELL_TOP)
-        curve.append((start + length * share, round(value)))
-    return curve
+    shares = np.linspace(0, 1, SWELL_STEPS + 1)
+    return [(start + length * share, round(np.interp(share, *SWELL))) for share in shares]
 
 
 def write_voice(voice, spans, path):

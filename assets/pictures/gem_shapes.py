@@ -1,54 +1,32 @@
 # SPDX-License-Identifier: MIT
 """The eight cuts: outlines, facets and edges, written out as meshes for the ray tracer.
 
-The gem sheet, the chooser picture and the icon all use these shapes.  A cell of
-the sheet is 2 * CELL_HALF units wide; y is up, z points away from the viewer,
-so that the crown of a gem has negative z.
+The gem sheet, the chooser picture and the icon all use these shapes.  A cell of the sheet is 2.38
+units wide; y is up, z points away from the viewer, so that the crown of a gem has negative z.  An
+outline is a function of t, 0 to 1 once round, whose values are points x + iy.
 """
+import cmath
 import math
 
-CELL_HALF = 1.19
-# In the order of the sheet's rows and of the arrays in gem_materials.inc.
-NAMES = ("round", "emerald", "lozenge", "trillion", "marquise", "pear", "star", "heart")
+import numpy as np
+
 EDGE_RADIUS = 0.0125
 SHARP_EDGE = 0.985  # cosine between neighbour facets above which no edge is drawn
 SUBDIVISION = 3  # girdle points between two facet corners
 
 
-def _polygon(points):
-    """Closed curve p(t) through the points, one equal share of t for each side."""
-    count = len(points)
+def _clock(turn):
+    """The point at a share of a turn on the unit circle, clockwise from the top."""
+    return 1j * cmath.exp(-2j * cmath.pi * turn)
+
+
+def _sides(corners, bulge=0.0):
+    """Sides of equal shares of t, which swell by the share `bulge` of their length."""
 
     def curve(t):
-        at = (t % 1.0) * count
-        i = min(int(at + 1e-9), count - 1)
-        f = at - i
-        (ax, ay), (bx, by) = points[i], points[(i + 1) % count]
-        return ax + (bx - ax) * f, ay + (by - ay) * f
-
-    return curve
-
-
-def _circle(radius):
-    return lambda t: (radius * math.sin(2 * math.pi * t), radius * math.cos(2 * math.pi * t))
-
-
-def _bulged_triangle(radius, bulge, drop):
-    """Equilateral triangle, point up, with sides that swell by the share bulge of their length."""
-    corners = [
-        (radius * math.sin(a), radius * math.cos(a)) for a in (0, 2 * math.pi / 3, 4 * math.pi / 3)
-    ]
-
-    def curve(t):
-        at = (t % 1.0) * 3
-        i = min(int(at + 1e-9), 2)
-        f = at - i
-        (ax, ay), (bx, by) = corners[i], corners[(i + 1) % 3]
-        swell = bulge * 4 * f * (1 - f)
-        return (
-            ax + (bx - ax) * f - (by - ay) * swell,
-            ay + (by - ay) * f + (bx - ax) * swell + drop,
-        )
+        number, along = divmod(t % 1.0 * len(corners) + 1e-9, 1)
+        start, end = (corners[(int(number) + i) % len(corners)] for i in (0, 1))
+        return start + (end - start) * (along + 4j * bulge * along * (1 - along))
 
     return curve
 
@@ -59,11 +37,9 @@ def _lens(half_width, half_height):
     half_angle = math.asin(half_width / radius)
 
     def curve(t):
-        t = t % 1.0
-        f = t * 2 if t < 0.5 else (t - 0.5) * 2
-        angle = half_angle * (1 - 2 * f)
-        x, y = radius * math.sin(angle), radius * math.cos(angle) - radius + half_height
-        return (x, -y) if t < 0.5 else (-x, y)
+        angle = half_angle * (1 - 4 * (t % 0.5))
+        arc = 1j * (radius * cmath.exp(-1j * angle) - radius + half_height)
+        return arc.conjugate() if t % 1.0 < 0.5 else -arc.conjugate()
 
     return curve
 
@@ -71,7 +47,8 @@ def _lens(half_width, half_height):
 def _drop(half_width, half_height):
     def curve(t):
         a = 2 * math.pi * t
-        return (half_width * math.sin(a) * abs(math.sin(a / 2)) ** 1.25, half_height * math.cos(a))
+        x = half_width * math.sin(a) * abs(math.sin(a / 2)) ** 1.25
+        return complex(x, half_height * math.cos(a))
 
     return curve
 
@@ -79,35 +56,16 @@ def _drop(half_width, half_height):
 def _heart(scale, lift):
     def curve(t):
         a = 2 * math.pi * t
-        x = 16 * math.sin(a) ** 3
         y = 13 * math.cos(a) - 5 * math.cos(2 * a) - 2 * math.cos(3 * a) - math.cos(4 * a)
-        return x * scale, y * scale + lift
+        return scale * complex(16 * math.sin(a) ** 3, y) + lift * 1j
 
     return curve
 
 
-def _star(outer, inner, drop):
-    points = []
-    for i in range(10):
-        radius = inner if i % 2 else outer
-        points.append(
-            (radius * math.sin(math.pi * i / 5), radius * math.cos(math.pi * i / 5) + drop)
-        )
-    return _polygon(points)
-
-
-def _octagon(half_width, half_height, cut):
-    w, h = half_width, half_height
-    return [
-        (w - cut, h),
-        (w, h - cut),
-        (w, cut - h),
-        (w - cut, -h),
-        (cut - w, -h),
-        (-w, cut - h),
-        (-w, h - cut),
-        (cut - w, h),
-    ]
+def _octagon(width, height, cut):
+    right = [complex(width - cut, height), complex(width, height - cut)]
+    right += [point.conjugate() for point in reversed(right)]
+    return right + [-point for point in right]
 
 
 class Mesh:
@@ -120,7 +78,7 @@ class Mesh:
         """Adds a convex face as a fan from its first point."""
         for i in range(1, len(points) - 1):
             triangle = (points[0], points[i], points[i + 1])
-            if _area(triangle) > 1e-7:
+            if np.linalg.norm(_cross(triangle)) > 2e-7:
                 self.faces.append(triangle)
 
     def edges(self):
@@ -134,7 +92,7 @@ class Mesh:
         return [
             ends
             for ends, normals in sides.items()
-            if len(normals) == 2 and _dot(*normals) < SHARP_EDGE and not _in_girdle(ends)
+            if len(normals) == 2 and np.dot(*normals) < SHARP_EDGE and not _in_girdle(ends)
         ]
 
 
@@ -143,36 +101,27 @@ def _rounded(point):
 
 
 def _cross(face):
-    (a, b, c) = face
-    u = [b[i] - a[i] for i in range(3)]
-    v = [c[i] - a[i] for i in range(3)]
-    return (u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0])
-
-
-def _area(face):
-    return math.sqrt(sum(c * c for c in _cross(face))) / 2
+    a, b, c = np.array(face)
+    return np.cross(b - a, c - a)
 
 
 def _normal(face):
     """Unit normal that looks away from the gem's inside."""
-    n = _cross(face)
-    length = math.sqrt(sum(c * c for c in n))
-    middle_z = sum(p[2] for p in face)
-    sign = -1 if n[2] * middle_z < 0 else 1
-    return tuple(sign * c / length for c in n)
-
-
-def _dot(a, b):
-    return sum(x * y for x, y in zip(a, b))
+    normal = _cross(face)
+    outward = -1 if normal[2] * sum(p[2] for p in face) < 0 else 1
+    return outward * normal / np.linalg.norm(normal)
 
 
 def _in_girdle(ends):
     return all(abs(p[2]) < 0.06 for p in ends)
 
 
+def _lift(point, z):
+    return point.real, point.imag, z
+
+
 def _scaled(curve, centre, scale, t, z):
-    x, y = curve(t)
-    return (centre[0] + (x - centre[0]) * scale, centre[1] + (y - centre[1]) * scale, z)
+    return _lift(centre + (curve(t) - centre) * scale, z)
 
 
 def _add_girdle_band(mesh, front, back):
@@ -196,7 +145,7 @@ def _add_halves(mesh, ring, girdle, count):
 def cut_brilliant(
     curve,
     mains,
-    centre=(0.0, 0.0),
+    centre=0j,
     table=0.54,
     bezel=0.80,
     crown=0.38,
@@ -216,7 +165,7 @@ def cut_brilliant(
     tables = [_scaled(curve, centre, table, i / mains, -crown) for i in range(mains)]
     bezels = [_scaled(curve, centre, bezel, (i + 0.5) / mains, -bezel_height) for i in range(mains)]
     lowers = [_scaled(curve, centre, lower, (i + 0.5) / mains, lower_height) for i in range(mains)]
-    culet, eye = (*centre, pavilion), (*centre, -crown)
+    culet, eye = _lift(centre, pavilion), _lift(centre, -crown)
     for i in range(mains):
         j = (i + 1) % mains
         mesh.add(eye, tables[i], tables[j])
@@ -234,80 +183,56 @@ def cut_brilliant(
 def _inset(points, distance):
     """The convex clockwise polygon moved inward by the distance."""
     result = []
-    count = len(points)
-    for i in range(count):
-        lines = []
-        for a, b in ((points[i - 1], points[i]), (points[i], points[(i + 1) % count])):
-            ex, ey = b[0] - a[0], b[1] - a[1]
-            length = math.hypot(ex, ey)
-            nx, ny = ey / length, -ex / length
-            lines.append((nx, ny, nx * a[0] + ny * a[1] + distance))
-        (a1, b1, c1), (a2, b2, c2) = lines
-        det = a1 * b2 - a2 * b1
-        result.append(((c1 * b2 - c2 * b1) / det, (a1 * c2 - a2 * c1) / det))
+    for before, point, after in zip(points[-1:] + points[:-1], points, points[1:] + points[:1]):
+        come, go = ((b - a) / abs(b - a) for a, b in ((before, point), (point, after)))
+        half_turn = (1 - (go / come).real) / (go / come).imag
+        result.append(point + distance * come * (half_turn - 1j))
     return result
 
 
 def cut_steps(points, crown_steps, pavilion_steps, girdle=0.045):
     """Parallel steps over a convex polygon; each step is (inset, height)."""
     mesh = Mesh()
-    front = [(x, y, -girdle) for x, y in points]
-    back = [(x, y, girdle) for x, y in points]
+    front, back = ([_lift(point, z) for point in points] for z in (-girdle, girdle))
     _add_girdle_band(mesh, front, back)
     for ring, steps, sign in ((front, crown_steps, -1), (back, pavilion_steps, 1)):
         for distance, height in steps:
-            inner = [(x, y, sign * height) for x, y in _inset(points, distance)]
+            inner = [_lift(point, sign * height) for point in _inset(points, distance)]
             _add_girdle_band(mesh, ring, inner)
             ring = inner
-        middle = (
-            sum(p[0] for p in ring) / len(ring),
-            sum(p[1] for p in ring) / len(ring),
-            ring[0][2],
-        )
+        middle = tuple(np.mean(ring, axis=0))
         for i in range(len(ring)):
             mesh.add(middle, ring[i], ring[(i + 1) % len(ring)])
     return mesh
 
 
-def cut_gem(name):
-    """The mesh of the named cut."""
-    makers = {
-        "round": lambda: cut_brilliant(_circle(1.06), 8, table=0.53, bezel=0.82),
-        "emerald": lambda: cut_steps(
+def cut_gems():
+    """By name the meshes, in the order of the sheet's rows and of the arrays in
+    gem_materials.inc."""
+    triangle = [1.21 * _clock(i / 3) - 0.13j for i in range(3)]
+    star = [(0.60 if i % 2 else 1.15) * _clock(i / 10) - 0.08j for i in range(10)]
+    return {
+        "round": cut_brilliant(lambda t: 1.06 * _clock(t), 8, table=0.53, bezel=0.82),
+        "emerald": cut_steps(
             _octagon(0.73, 1.10, 0.33),
             ((0.17, 0.25), (0.33, 0.38)),
             ((0.18, 0.28), (0.37, 0.47), (0.54, 0.60)),
         ),
-        "lozenge": lambda: cut_brilliant(
-            _polygon([(0, 1.1), (1.1, 0), (0, -1.1), (-1.1, 0)]),
-            4,
-            table=0.52,
-            bezel=0.86,
-            crown=0.40,
-            lower=0.5,
+        "lozenge": cut_brilliant(
+            _sides([1.1j, 1.1, -1.1j, -1.1]), 4, table=0.52, bezel=0.86, crown=0.40, lower=0.5
         ),
-        "trillion": lambda: cut_brilliant(
-            _bulged_triangle(1.21, 0.125, -0.13), 6, (0, -0.13), table=0.52, bezel=0.82
-        ),
-        "marquise": lambda: cut_brilliant(
+        "trillion": cut_brilliant(_sides(triangle, 0.125), 6, -0.13j, table=0.52, bezel=0.82),
+        "marquise": cut_brilliant(
             _lens(1.11, 0.60), 6, table=0.52, bezel=0.80, crown=0.36, pavilion=0.5
         ),
-        "pear": lambda: cut_brilliant(_drop(1.10, 1.08), 8, (0, -0.32), table=0.54, bezel=0.82),
-        "star": lambda: cut_brilliant(
-            _star(1.15, 0.60, -0.08),
-            5,
-            (0, -0.08),
-            table=0.46,
-            bezel=0.80,
-            crown=0.40,
-            lower=0.5,
-            pavilion=0.5,
+        "pear": cut_brilliant(_drop(1.10, 1.08), 8, -0.32j, table=0.54, bezel=0.82),
+        "star": cut_brilliant(
+            _sides(star), 5, -0.08j, table=0.46, bezel=0.80, crown=0.40, lower=0.5, pavilion=0.5
         ),
-        "heart": lambda: cut_brilliant(
-            _heart(1.07 / 16.2, 0.13), 8, (0, 0.12), table=0.52, bezel=0.80, crown=0.38
+        "heart": cut_brilliant(
+            _heart(1.07 / 16.2, 0.13), 8, 0.12j, table=0.52, bezel=0.80, crown=0.38
         ),
     }
-    return makers[name]()
 
 
 def _vector(point):
@@ -317,8 +242,7 @@ def _vector(point):
 def write_meshes(path):
     """Writes every cut as Gem_<name> and its edges as Edges_<name> for the ray tracer."""
     with open(path, "w", encoding="ascii") as out:
-        for name in NAMES:
-            mesh = cut_gem(name)
+        for name, mesh in cut_gems().items():
             out.write(f"#declare Gem_{name} = mesh {{\n")
             for face in mesh.faces:
                 out.write(f" triangle{{{','.join(_vector(p) for p in face)}}}\n")
