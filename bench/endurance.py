@@ -3,9 +3,7 @@
 """Plays the real program for a long time, by mouse and keys from outside: all four modes, all
 windows, pauses, hints and names of high scores, with sound and music on. Prints what the program
 held over each five minutes, how long its frames were, and which of the long ones the machine
-itself stalled: a process that does nothing but sleep was late at the same time.
-
-Usage: endurance.py FOLDER FRAME_LOG MINUTES [--kill-sound]"""
+itself stalled: a process that does nothing but sleep was late at the same time."""
 
 import argparse
 import collections
@@ -19,7 +17,8 @@ from pathlib import Path
 from statistics import median
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
-from desktop import CHOOSER, MAIN, MODES, Desktop, Game, swaps
+from desktop import CHOOSER, MAIN, MODES, Desktop, Game, legal_swaps
+from load import status_of
 from measure import FrameTimes, with_frame_log
 
 LONG_FRAME_MS = 60
@@ -46,9 +45,7 @@ class Holdings:
         self.seen = []
 
     def look(self, minute):
-        status = dict(
-            line.split(":", 1) for line in (self.folder / "status").read_text().splitlines()
-        )
+        status = status_of(self.folder)
         files = self.open_files()
         music = {Path(file).suffix for file in files if "/music/" in file}
         self.seen.append(
@@ -222,7 +219,7 @@ class Player:
         elif dice < 0.06:
             self.desktop.key("F3")
         else:
-            legal = [(a, b) for a, b, makes_run in swaps(kinds) if makes_run]
+            legal = legal_swaps(kinds)
             if legal:  # a game that is lost for want of a move stands still for a frame
                 (self.game.swap if dice < 0.8 else self.game.drag)(*random.choice(legal))
                 self.swaps += 1
@@ -275,11 +272,11 @@ def watch(player, process, minutes, kill_sound):
 
 
 def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("folder")
-    parser.add_argument("frame_log")
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("folder", help="an installed game")
+    parser.add_argument("frame_log", help="the library libframe_log.so")
     parser.add_argument("minutes", type=float)
-    parser.add_argument("--kill-sound", action="store_true")
+    parser.add_argument("--kill-sound", action="store_true", help="end the sound server half-way")
     options = parser.parse_args()
     seed = time.time_ns() % 1_000_000
     print(f"seed {seed}")

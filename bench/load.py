@@ -2,16 +2,19 @@
 # SPDX-License-Identifier: MIT
 """Prints what a running program costs the machine over 20 seconds: processor time in percent of a
 core and wake-ups a second, by thread and in all, its memory (Pss) and how many threads it has. A
-wake-up is a voluntary context switch: a thread that slept and was run again.
+wake-up is a voluntary context switch: a thread that slept and was run again."""
 
-Usage: load.py PID"""
-
+import argparse
 import contextlib
-import sys
 import time
 from pathlib import Path
 
 WATCHED_SECONDS = 20.0
+
+
+def status_of(process):
+    """The fields of a process or a thread, by its folder in /proc."""
+    return dict(line.split(":", 1) for line in (process / "status").read_text().splitlines())
 
 
 def threads_of(pid):
@@ -19,7 +22,7 @@ def threads_of(pid):
     seen = {}
     for task in Path(f"/proc/{pid}/task").iterdir():
         with contextlib.suppress(FileNotFoundError, ProcessLookupError):
-            status = dict(line.split(":", 1) for line in (task / "status").read_text().splitlines())
+            status = status_of(task)
             ran = int((task / "schedstat").read_text().split()[0]) / 1e9
             seen[task.name] = status["Name"].strip(), ran, int(status["voluntary_ctxt_switches"])
     return seen
@@ -50,4 +53,6 @@ def measure_load(pid, label, seconds=WATCHED_SECONDS, by_thread=False):
 
 
 if __name__ == "__main__":
-    measure_load(int(sys.argv[1]), "in all", by_thread=True)
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("pid", type=int)
+    measure_load(parser.parse_args().pid, "in all", by_thread=True)

@@ -3,10 +3,9 @@
 """Measures the running program: time to the chooser and to the first frame, what it costs the
 machine at rest, paused and minimised, and frame times at rest and over track changes of each type
 of file. Prints what it saw, as ratios to a frame of 21 ms where that is what matters; it judges
-nothing.
+nothing."""
 
-Usage: measure.py FOLDER FRAME_LOG_LIBRARY, FOLDER being an installed game."""
-
+import argparse
 import shutil
 import subprocess
 import sys
@@ -18,7 +17,6 @@ import numpy as np
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
 from desktop import CHOOSER, MAIN, Desktop, Game, wait_for
 from load import measure_load
-from test_rounds import write_tone
 
 FRAME_MS = 21.0
 TRACK_SECONDS = 2.0
@@ -103,16 +101,15 @@ def measure_rest(installed, library):
 
 
 def make_tracks(folder, ending):
-    """Two short tracks of a type, made from a tone, or from the shortest MIDI file there can be."""
-    tone = folder / "tone.wav"
-    for hertz in (330, 440):
-        track = folder / f"track{hertz}{ending}"
+    """Two short tracks of a type."""
+    for number, hertz in enumerate((330, 440)):
+        track = folder / f"track{number}{ending}"
         if ending == ".mid":
-            track.write_bytes(midi_notes(60 if hertz == 330 else 64))
-            continue
-        write_tone(tone, TRACK_SECONDS, hertz)
-        subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", tone, track], check=True)
-    tone.unlink(missing_ok=True)
+            track.write_bytes(midi_notes(60 + number))
+        else:
+            tone = f"sine=frequency={hertz}:duration={TRACK_SECONDS}"
+            command = ("ffmpeg", "-v", "error", "-f", "lavfi", "-i", tone, "-ac", "2", track)
+            subprocess.run(command, check=True)
 
 
 def midi_notes(pitch):
@@ -137,11 +134,15 @@ def measure_track_changes(installed, library):
             print(f"track changes {ending}: {frames.describe()}")
 
 
-def main(installed, library):
-    measure_start(installed)
-    measure_rest(installed, library)
-    measure_track_changes(installed, library)
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("folder", help="an installed game")
+    parser.add_argument("frame_log", help="the library libframe_log.so")
+    options = parser.parse_args()
+    measure_start(options.folder)
+    measure_rest(options.folder, options.frame_log)
+    measure_track_changes(options.folder, options.frame_log)
 
 
 if __name__ == "__main__":
-    main(sys.argv[1], sys.argv[2])
+    main()

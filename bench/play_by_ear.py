@@ -5,8 +5,7 @@ screen, and prints what was said. It listens as a reader does: to the names of w
 and of the notifications that show. Only for the proof is the board that was heard compared with
 the picture.
 
-Needs the packages python3-pyatspi, at-spi2-core and dbus.
-Usage: play_by_ear.py FOLDER [--swaps N]"""
+Needs the packages python3-pyatspi, at-spi2-core and dbus."""
 
 import argparse
 import os
@@ -16,7 +15,7 @@ import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
-from desktop import BOARD, Desktop, Game, swaps, wait_for
+from desktop import BOARD, Desktop, Game, legal_swap, wait_for
 
 GEMS = (
     "white circle",
@@ -167,7 +166,7 @@ def play(ear, game, count):
         kinds = player.read_board()
         if number == 1:
             assert kinds == game.at_rest(), "what was heard is not what the board shows"
-        a, b = next((a, b) for a, b, legal in swaps(kinds) if legal)
+        a, b = legal_swap(kinds)
         ear.say(f"-- swap {number}: the board was heard, {GEMS[kinds[a]]} in cell {a} goes to {b}")
         after = player.swap(a, b)
         assert after > score, "the score that was told did not rise"
@@ -184,8 +183,8 @@ def play(ear, game, count):
 
 
 def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("folder")
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("folder", help="an installed game")
     parser.add_argument("--swaps", type=int, default=10)
     options = parser.parse_args()
     if "INSIDE_SESSION" not in os.environ:

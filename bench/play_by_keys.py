@@ -2,9 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Plays whole games of the real program with keys alone, from the chooser to the high scores: in
 each mode named until the clock has run out, in Relaxed until no move is left (up to an hour). There
-each move is the one that leaves the fewest others.
-
-Usage: play_by_keys.py FOLDER [--scale N] MODE..."""
+each move is the one that leaves the fewest others."""
 
 import argparse
 import collections
@@ -13,27 +11,19 @@ import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
-from desktop import MAIN, MODES, Desktop, Game, swaps, wait_for
+from desktop import MAIN, MODES, Desktop, Game, legal_swaps, wait_for
 
-LEVELS = {
-    "Normal": 1,
-    "Frantic": 0,
-    "Marathon": 0,
-    "Relaxed": 1000,
-}  # won before the hands are taken off
+# Won before the hands are taken off.
+LEVELS = {"Normal": 1, "Frantic": 0, "Marathon": 0, "Relaxed": 1000}
 FRANTIC_SWAPS = 8
 NAME = "Keys Alone"
-
-
-def legal(kinds):
-    return [(a, b) for a, b, makes_run in swaps(kinds) if makes_run]
 
 
 def moves_left(kinds, a, b):
     """A guess at the moves behind this one: those of the board with the two gems exchanged."""
     kinds = list(kinds)
     kinds[a], kinds[b] = kinds[b], kinds[a]
-    return len(legal(kinds))
+    return len(legal_swaps(kinds))
 
 
 class KeyPlayer:
@@ -53,7 +43,7 @@ class KeyPlayer:
 
     def step(self):
         kinds = self.game.sprites.read(self.game.grab())
-        moves = [] if None in kinds else legal(kinds)
+        moves = [] if None in kinds else legal_swaps(kinds)
         if not moves or not self.wants_to_play():
             time.sleep(0.1)
             return
@@ -94,8 +84,8 @@ class KeyPlayer:
 
 
 def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("folder")
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("folder", help="an installed game")
     parser.add_argument("modes", nargs="+", choices=MODES)
     parser.add_argument("--scale", type=float)
     options = parser.parse_args()

@@ -29,7 +29,8 @@ clean_up() {
 trap clean_up EXIT
 
 [ "$(id -u)" = 0 ] || fail "run as root"
-install_packages "${run_packages[@]}" "${build_packages[@]}" "${test_packages[@]}" debootstrap lintian
+install_packages "${run_packages[@]}" "${build_packages[@]}" "${test_packages[@]}" \
+  debootstrap lintian procps
 
 # A package of the game for the generator of that name.
 make_package() {

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""The part of scripts/prove-package that plays. Usage: play_package.py MACHINE, the folder of a
-minimal Debian in which first.deb and newer.deb lie in /srv."""
+"""The part of scripts/prove-package that plays in its machine: the folder of a minimal Debian in
+which first.deb and newer.deb lie in /srv."""
 
 import re
 import subprocess
@@ -22,21 +22,10 @@ machine = Path(sys.argv[1])
 
 
 def inside(*command):
-    result = subprocess.run(
-        [
-            "chroot",
-            machine,
-            "env",
-            "-i",
-            "PATH=/usr/sbin:/usr/bin:/sbin:/bin",
-            "DEBIAN_FRONTEND=noninteractive",
-            *command,
-        ],
-        capture_output=True,
-        text=True,
-        check=False,
-    )
-    assert result.returncode == 0, f"{' '.join(command)}: {result.stderr}"
+    settings = "PATH=/usr/sbin:/usr/bin:/sbin:/bin", "DEBIAN_FRONTEND=noninteractive"
+    command = ("chroot", machine, "env", "-i", *settings, *command)
+    result = subprocess.run(command, capture_output=True, text=True, check=False)
+    assert result.returncode == 0, f"{' '.join(map(str, command))}: {result.stderr}"
     return result.stdout
 
 
@@ -59,26 +48,15 @@ class Player(Game):
         if not (machine / "home" / name).exists():
             inside("useradd", "--create-home", name)
         sounds = f"/tmp/sound-{desktop.display[1:]}"
-        desktop.run(
-            "pactl",
-            "load-module",
-            "module-native-protocol-unix",
-            "auth-anonymous=1",
-            f"socket={machine}{sounds}",
-        )
+        module = ("module-native-protocol-unix", "auth-anonymous=1", f"socket={machine}{sounds}")
+        desktop.run("pactl", "load-module", *module)
         self.settings = f"export DISPLAY={desktop.display} PULSE_SERVER=unix:{sounds}"
 
     # pylint: disable-next=arguments-differ
     def start(self, command="glimmerfall", **more):
+        login = ("chroot", machine, "su", "--login", self.name)
         self.process = self.desktop.spawn(
-            "chroot",
-            str(machine),
-            "su",
-            "--login",
-            self.name,
-            "--command",
-            f"{self.settings}; {command}",
-            **more,
+            *login, "--command", f"{self.settings}; {command}", **more
         )
         self.desktop.window(CHOOSER)
         return self
@@ -174,16 +152,6 @@ def second_player(shown):
     print("A second player's table is another.", flush=True)
 
 
-def programs():
-    """The command lines of what runs in the machine."""
-    for process in Path("/proc").glob("[0-9]*"):
-        try:
-            if (process / "root").readlink() == machine:
-                yield (process / "cmdline").read_bytes().split(b"\0")[0].decode()
-        except OSError:
-            pass  # it has ended, or is not ours to look at
-
-
 def full_home(name):
     """A home whose one page of memory holds what the sound library wants there."""
     home = machine / "home" / name
@@ -202,7 +170,7 @@ def play_without_home(name, *more):
             subprocess.run(["mount", *more, home], check=True)
         errors = open(desktop.folder / "errors", "w+")
         player.start(stderr=errors)
-        assert f"{INSTALLED}/glimmerfall" in programs()
+        subprocess.run(["pgrep", "-f", f"^{INSTALLED}/glimmerfall"], check=True)
         player.choose("Frantic")
         desktop.focused(MAIN)
         player.at_rest()

@@ -380,8 +380,12 @@ def swaps(kinds):
             yield a, b, bool(runs(swapped))
 
 
+def legal_swaps(kinds):
+    return [(a, b) for a, b, legal in swaps(kinds) if legal]
+
+
 def legal_swap(kinds):
-    return next((a, b) for a, b, legal in swaps(kinds) if legal)
+    return legal_swaps(kinds)[0]
 
 
 def illegal_swap(kinds):
