@@ -15,14 +15,14 @@ Rect Bounds(const Box& box) {
   return box.to;
 }
 
-// Guessed without the font's measures: no letter is wider than its em square, no line is higher
-// than one and a half of it, and nothing sticks out by more than a quarter.
+// Guessed without the font's measures: no letter is wider than its em square, rises over the top
+// of its line, reaches lower than one and three quarters of an em, or sticks out sideways by more
+// than a quarter of one.
 Rect Bounds(const Text& text) {
   const std::int32_t em = text.font.pixelSize;
   const std::int32_t overhang = em / 4;
   const auto letters = static_cast<std::int32_t>(text.text.size());
-  return {text.x - overhang, text.y - overhang, text.x + letters * em + overhang,
-          text.y + em * 3 / 2 + overhang};
+  return {text.x - overhang, text.y, text.x + letters * em + overhang, text.y + em * 7 / 4};
 }
 
 std::int64_t Area(const Rect& rect) {
