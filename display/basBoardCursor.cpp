@@ -47,8 +47,7 @@ void DrawCorner(bool right, bool foot) {
 }  // namespace
 
 void DrawCursor() {
-  const bool gemsStand = gameState != stateFlyOut && gameState != stateEndMessage;
-  if (!boardCursor.shown || !gemsStand || !backBuffer) return;
+  if (!boardCursor.shown || !GemsStand() || !backBuffer) return;
   for (const bool right : {false, true})
     for (const bool foot : {false, true})
       DrawCorner(right, foot);

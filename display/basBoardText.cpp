@@ -29,6 +29,14 @@ constexpr int32 kClickLeft = 25;
 
 constexpr platform::Rect kBar = {20, 521, 492, 531};  // the clock bar, outline included
 
+void DrawBoardText(int32 x, int32 y, const std::string& text, platform::Colour colour) {
+  if (!backBuffer) return;
+  backBuffer->SetFontTransparency(true);
+  backBuffer->SetForeColor(colour);
+  backBuffer->SetFont(mainWindowFont);
+  backBuffer->DrawText(x, y, text);
+}
+
 enum class Shadow { Below, BelowRight };
 
 void DrawShadowedText(int32 x, int32 y, const std::string& text, Shadow shadow) {
@@ -51,15 +59,17 @@ int32 BarEnd() {
   return kBar.left + static_cast<int32>(std::nearbyint(timeLeft * scale));
 }
 
-}  // namespace
-
-void DrawBoardText(int32 x, int32 y, const std::string& text, platform::Colour colour) {
+void DrawClockBar() {
   if (!backBuffer) return;
-  backBuffer->SetFontTransparency(true);
-  backBuffer->SetForeColor(colour);
-  backBuffer->SetFont(mainWindowFont);
-  backBuffer->DrawText(x, y, text);
+  backBuffer->SetFillColor(kShadowColour);
+  if (timeLimit > 0) backBuffer->DrawBox(kBar.left, kBar.top, BarEnd(), kBar.bottom);
+  backBuffer->DrawLine(kBar.left, kBar.top, kBar.right, kBar.top);
+  backBuffer->DrawLine(kBar.left, kBar.bottom, kBar.right, kBar.bottom);
+  backBuffer->DrawLine(kBar.right, kBar.top, kBar.right, kBar.bottom);
+  backBuffer->DrawLine(kBar.left, kBar.top, kBar.left, kBar.bottom);
 }
+
+}  // namespace
 
 void DrawStatus() {
   const std::string scoreText = ScoreText();
@@ -69,16 +79,6 @@ void DrawStatus() {
   DrawShadowedText(x, y, scoreText, Shadow::Below);
   DrawShadowedText(kLevelLeft, y, LevelText(level), Shadow::Below);
   DrawClockBar();
-}
-
-void DrawClockBar() {
-  if (!backBuffer) return;
-  backBuffer->SetFillColor(kShadowColour);
-  if (timeLimit > 0) backBuffer->DrawBox(kBar.left, kBar.top, BarEnd(), kBar.bottom);
-  backBuffer->DrawLine(kBar.left, kBar.top, kBar.right, kBar.top);
-  backBuffer->DrawLine(kBar.left, kBar.bottom, kBar.right, kBar.bottom);
-  backBuffer->DrawLine(kBar.right, kBar.top, kBar.right, kBar.bottom);
-  backBuffer->DrawLine(kBar.left, kBar.top, kBar.left, kBar.bottom);
 }
 
 // All lines are placed from the size of the first one: only that one is centred.

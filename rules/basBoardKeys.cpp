@@ -2,6 +2,7 @@
 #include "rules/basBoardKeys.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "display/basBoardCursor.h"
 #include "rules/basManipulatingGems.h"
@@ -12,43 +13,7 @@ using platform::Key;
 
 namespace {
 
-constexpr int16 kLast = kBoardCells - 1;
-
-struct Step {
-  int x;
-  int y;
-};
-
-// Columns and rows that a key moves the cursor by; the far keys go beyond the board's edge.
-constexpr Step StepOf(Key key) {
-  switch (key) {
-    case Key::Left:
-      return {-1, 0};
-    case Key::Right:
-      return {1, 0};
-    case Key::Up:
-      return {0, -1};
-    case Key::Down:
-      return {0, 1};
-    case Key::Home:
-      return {-kLast, 0};
-    case Key::End:
-      return {kLast, 0};
-    case Key::PageUp:
-      return {0, -kLast};
-    case Key::PageDown:
-      return {0, kLast};
-    case Key::Enter:
-    case Key::Escape:
-    case Key::Tell:
-      break;
-  }
-  return {0, 0};
-}
-
-bool IsArrow(Key key) {
-  return key == Key::Left || key == Key::Right || key == Key::Up || key == Key::Down;
-}
+constexpr int kLast = kBoardCells - 1;
 
 float32 MiddleOf(int16 cell) {
   return static_cast<float32>(cell) * kCellPixels + kCellPixels / 2.0F;
@@ -66,15 +31,14 @@ bool CursorIsOnSelectedGem() {
 }
 
 int16 MoveWithinBoard(int16 place, int step) {
-  return static_cast<int16>(std::clamp(place + step, 0, int{kLast}));
+  return static_cast<int16>(std::clamp(place + step, 0, kLast));
 }
 
-// The cursor goes along with a gem that is swapped.
-void MoveCursor(Key key) {
-  const Step step = StepOf(key);
-  const bool swaps = IsArrow(key) && CursorIsOnSelectedGem();
+// A step of one cell away from a selected gem swaps it, and the cursor goes along.
+void MoveCursor(int columns, int rows) {
+  const bool swaps = std::abs(columns + rows) == 1 && CursorIsOnSelectedGem();
   const BoardCursor before = boardCursor;
-  boardCursor = {true, MoveWithinBoard(before.x, step.x), MoveWithinBoard(before.y, step.y)};
+  boardCursor = {true, MoveWithinBoard(before.x, columns), MoveWithinBoard(before.y, rows)};
   const bool moved = boardCursor.x != before.x || boardCursor.y != before.y;
   if (swaps && moved) PressCell(boardCursor.x, boardCursor.y);
 }
@@ -95,9 +59,30 @@ void LetGo() {
 }  // namespace
 
 void KeyDown(Key key) {
-  if (key == Key::Enter) return PressCursor();
-  if (key == Key::Escape) return LetGo();
-  if (key != Key::Tell) MoveCursor(key);
+  switch (key) {
+    case Key::Left:
+      return MoveCursor(-1, 0);
+    case Key::Right:
+      return MoveCursor(+1, 0);
+    case Key::Up:
+      return MoveCursor(0, -1);
+    case Key::Down:
+      return MoveCursor(0, +1);
+    case Key::Home:
+      return MoveCursor(-kLast, 0);
+    case Key::End:
+      return MoveCursor(+kLast, 0);
+    case Key::PageUp:
+      return MoveCursor(0, -kLast);
+    case Key::PageDown:
+      return MoveCursor(0, +kLast);
+    case Key::Enter:
+      return PressCursor();
+    case Key::Escape:
+      return LetGo();
+    case Key::Tell:
+      return;
+  }
 }
 
 void HideCursor() {

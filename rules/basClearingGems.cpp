@@ -8,6 +8,7 @@
 #include "platform/Time.h"
 #include "rules/basEndOfGame.h"
 #include "rules/basGameModes.h"
+#include "rules/basInitializingGameBoard.h"
 #include "rules/basMatchingGems.h"
 #include "sound/basDirectSoundStuff.h"
 
@@ -51,12 +52,12 @@ int16 CountHoles(const CGem& gem, int top, int bottom) {
   return holes;
 }
 
-int16 HolesUpFrom(const CGem& gem) {
-  return CountHoles(gem, 0, gem.row);
-}
-
 int16 HolesBelow(const CGem& gem) {
   return CountHoles(gem, gem.row + 1, kBoardCells - 1);
+}
+
+void AddKindPoints(int16 kind) {
+  score += kKindPoints[static_cast<std::size_t>(kind)];
 }
 
 void RewardChain() {
@@ -80,10 +81,7 @@ void GiveNewKinds() {
     platform::Randomize(platform::Timer());
     CGem& gem = Gem(id);
     gem.shrink = 0;
-    do {
-      gem.kind = platform::RandomBelow(gemKinds);
-    } while (gem.kind == lastKind);
-    lastKind = gem.kind;
+    gem.kind = lastKind = RandomKindOtherThan(lastKind);
     gem.sheetY = static_cast<int16>(gem.kind * kCellPixels);
   }
 }
@@ -92,7 +90,7 @@ void GiveNewKinds() {
 void PlaceNewGems() {
   for (const int16 id : clearList) {
     CGem& gem = Gem(id);
-    gem.pixY = static_cast<int16>(-kCellPixels * HolesUpFrom(gem));
+    gem.pixY = static_cast<int16>(-kCellPixels * CountHoles(gem, 0, gem.row));
     gem.targetRow = HolesBelow(gem);
   }
 }
@@ -168,10 +166,6 @@ void StepClearing() {
   if (++perBoard.clearFrames < kClearFrames) return;
   perBoard.clearFrames = 0;
   SettleClear();
-}
-
-void AddKindPoints(int16 kind) {
-  score += kKindPoints[static_cast<std::size_t>(kind)];
 }
 
 }  // namespace glimmerfall

@@ -10,7 +10,4 @@ namespace glimmerfall {
 /// The frame of stateClearing.
 void StepClearing();
 
-/// Adds the points of a clear whose last gem is of `kind` to score. Kind 0 pays nothing.
-void AddKindPoints(int16 kind);
-
 }  // namespace glimmerfall

@@ -19,15 +19,15 @@ namespace {
 
 // The shaking.
 constexpr int16 kShakeFrames = 51;
-constexpr int16 kShakeNumbers = 3000;   // each gem gets a number below this
-constexpr int16 kShakeFarAbove = 1500;  // above it the gem trembles far, else near
-constexpr int16 kShakeReach = 3;        // offsets a gem can take
-constexpr int16 kShakeFar = 2;          // least far offset, and most near one, in pixels
+constexpr int16 kShakeNumbers = 3000;                // each gem gets a number below this
+constexpr int16 kShakeFarAbove = kShakeNumbers / 2;  // above it the gem trembles far, else near
+constexpr int16 kShakeReach = 3;                     // offsets a gem can take
+constexpr int16 kShakeFar = 2;  // least far offset, and most near one, in pixels
 
 // The throw. Speeds are in pixels a frame, angles in degrees.
 constexpr int16 kFlyFrames = 64;
-constexpr int16 kThrowNumbers = 50;
-constexpr int16 kThrowRightFrom = 25;  // numbers from here on throw the gem to the right
+constexpr int16 kThrowNumbers = 50;                   // each gem gets a number below this
+constexpr int16 kThrowRightFrom = kThrowNumbers / 2;  // from here on to the right, else to the left
 constexpr float64 kThrowAngle = 45;
 constexpr float64 kThrowAngleSpread = 25;
 constexpr float64 kThrowSpeed = 10;

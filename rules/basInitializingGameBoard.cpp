@@ -26,13 +26,6 @@ void DealKinds() {
   }
 }
 
-int16 KindOtherThan(int16 kind) {
-  int16 other = kind;
-  while (other == kind)
-    other = platform::RandomBelow(gemKinds);
-  return other;
-}
-
 bool BreakRuns(Direction direction) {
   bool changed = false;
   for (int line = 0; line < kBoardCells; ++line) {
@@ -45,8 +38,7 @@ bool BreakRuns(Direction direction) {
         runLength = 1;
       } else if (++runLength == kMinRun) {
         changed = true;
-        kind = KindOtherThan(kind);
-        runKind = kind;
+        runKind = kind = RandomKindOtherThan(kind);
         runLength = 1;
       }
     }
@@ -102,6 +94,13 @@ void InitGameBoard() {
   for (int16 y = 0; y < kBoardCells; ++y)
     for (int16 x = 0; x < kBoardCells; ++x)
       PlaceGem(x, y);
+}
+
+int16 RandomKindOtherThan(int16 kind) {
+  int16 other = kind;
+  while (other == kind)
+    other = platform::RandomBelow(gemKinds);
+  return other;
 }
 
 void DropStep() {

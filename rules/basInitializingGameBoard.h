@@ -11,6 +11,9 @@ namespace glimmerfall {
 /// level only in Marathon. Window events run once in each round of the deal.
 void InitGameBoard();
 
+/// A kind that the present board deals, but not `kind`; all others are equally likely.
+int16 RandomKindOtherThan(int16 kind);
+
 /// The frame of stateDealing.
 void DropStep();
 

@@ -63,8 +63,11 @@ bool HasRun(Direction direction) {
   return false;
 }
 
+// A gem that stands in a row run and in a column run is listed once.
 void AppendRun(const GemList& run, GemList& result) {
-  if (run.size() >= kMinRun) result.insert(result.end(), run.begin(), run.end());
+  if (run.size() < kMinRun) return;
+  for (const int16 id : run)
+    if (std::find(result.begin(), result.end(), id) == result.end()) result.push_back(id);
 }
 
 void ListRuns(Direction direction, GemList& run, GemList& result) {
@@ -81,15 +84,6 @@ void ListRuns(Direction direction, GemList& run, GemList& result) {
       run.push_back(cell.gemId);
     }
     AppendRun(run, result);
-  }
-}
-
-// A gem can stand in one row run and one column run, so once is enough for each.
-void RemoveDoubles(GemList& list) {
-  for (std::size_t p = 0; p + 1 < list.size(); ++p) {
-    const auto rest = list.begin() + static_cast<std::ptrdiff_t>(p) + 1;
-    const auto twin = std::find(rest, list.end(), list[p]);
-    if (twin != list.end()) list.erase(twin);
   }
 }
 
@@ -127,7 +121,6 @@ Flag FindMatches(GemList& result) {
   run.reserve(kBoardCells);
   ListRuns(kRows, run, result);
   ListRuns(kColumns, run, result);
-  RemoveDoubles(result);
   return result.empty() ? kFalse : kTrue;
 }
 

@@ -8,6 +8,7 @@
 
 #include "display/basBoardCursor.h"
 #include "rules/basStatusCaptions.h"
+#include "rules/state/basModes.h"
 #include "rules/state/basWholeNumber.h"
 
 namespace glimmerfall {
@@ -18,10 +19,6 @@ namespace {
 constexpr std::array<const char*, 8> kGemWords = {
     "white circle", "green rectangle", "orange diamond", "red triangle",
     "purple oval",  "blue drop",       "yellow star",    "pink heart"};
-
-bool GemsStand() {
-  return gameState != stateFlyOut && gameState != stateEndMessage;
-}
 
 bool IsMove(GameState state) {
   return state == stateSwapping || state == stateClearing || state == stateFalling;
@@ -54,11 +51,11 @@ std::string StateWords(GameState before) {
   if (gameState == stateEndMessage && levelWon != kFalse) return "Enter leads to the next level";
   if (before != stateDealing) return "";
   const StatusCaptions captions = CurrentCaptions();
-  if (gameMode == modeMarathon) return captions.mnuCount;
+  if (RowOf(gameMode).onlyLevel != 0) return captions.mnuCount;
   return "Level " + captions.mnuCount + ", " + captions.mnuMatchCount + " matches left";
 }
 
-// What a player does on the cursor's own cell is told by the name of that cell.
+// The cell under the cursor is spoken by its name, which says whether it is selected.
 std::string SelectionWords(int16 before) {
   const int16 now = SelectedGem();
   if (now != kNoGem) return IsUnderCursor(now) ? "" : CellWords(Gem(now).col, Gem(now).row);
@@ -91,7 +88,7 @@ std::string StatusWords() {
   return words;
 }
 
-// The chain counts a clear when it is settled, so while one is under way it gives its number.
+// chainCount grows when a clear is settled: the one under way is not in it yet.
 void BoardNews::FollowMove() {
   if (gameState == stateClearing && clears_ <= perBoard.chainCount) {
     clears_ = perBoard.chainCount + 1;
@@ -99,7 +96,7 @@ void BoardNews::FollowMove() {
   }
 }
 
-// Of a move that the clock has broken off nothing is told.
+// A move that the clock has broken off is not told.
 std::string BoardNews::MoveWords() {
   const std::size_t gemsCleared = std::exchange(clearedGems_, 0);
   const int clears = std::exchange(clears_, 0);

@@ -17,15 +17,15 @@ namespace {
 
 constexpr int kNoCell = -1;
 
-// What readers are told of, and what they were told last.
+// The widgets that readers are told of, and what was told last.
 struct Told {
   QWidget* window = nullptr;
   QWidget* board = nullptr;
   QWidget* statusLine = nullptr;
   BoardNews news;
   QString notification;
-  int cell = kNoCell;    // that had the cursor
-  std::string cellName;  // as it was spoken last
+  int cell = kNoCell;    // where the cursor was
+  std::string cellName;  // and the words for it
   bool boardHadFocus = false;
 };
 Told told;
@@ -197,7 +197,7 @@ std::string NewsOfCell() {
 
 }  // namespace
 
-// What the toolkit has made of the widgets so far is made anew.
+// Accessible interfaces that the toolkit has cached already would hide the ones made here.
 void DescribeToReaders(QWidget* window, QWidget* board, QWidget* statusLine) {
   for (QWidget* const widget : {window, board, statusLine})
     QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(AccessibleOf(widget)));

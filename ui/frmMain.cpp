@@ -58,17 +58,14 @@ void TakeKey(platform::Key key) {
   TellReaders();
 }
 
-void ReportFailure(const std::string& description) {
-  platform::ShowMessage("Some error has occurred!\n" + description, "This is uncalled-for!",
-                        platform::MessageIcon::Exclamation, platform::MessageButtons::Ok);
-}
-
 // The one handler of the load: tells of a failed step and goes on with the next.
 void TakeStep(void (*step)()) {
   try {
     step();
   } catch (const std::exception& error) {
-    ReportFailure(error.what());
+    platform::ShowMessage(std::string("Some error has occurred!\n") + error.what(),
+                          "This is uncalled-for!", platform::MessageIcon::Exclamation,
+                          platform::MessageButtons::Ok);
   }
 }
 
@@ -144,7 +141,7 @@ void frmMain::closeEvent(QCloseEvent*) {
 }
 
 QAction* frmMain::AddEntry(QMenu* menu, const char* caption, const char* hotKey,
-                           void (frmMain::*command)()) {
+                           const std::function<void()>& command) {
   QAction* entry = menu->addAction(caption, QKeySequence(hotKey), this, command);
   entry->setMenuRole(QAction::NoRole);
   return entry;
@@ -156,19 +153,20 @@ void frmMain::CreateMenus() {
   font.setPixelSize(kMenuFontPixels);
   menuBar()->setFont(font);
   QMenu* mnuGame = menuBar()->addMenu("&Game");
-  AddEntry(mnuGame, "&New Game", "F2", &frmMain::mnuNewGame_Click);
-  mnuPlaySound = AddEntry(mnuGame, "&Play Sound", "Ctrl+P", &frmMain::mnuPlaySound_Click);
-  mnuPause = AddEntry(mnuGame, "Pause", "F4", &frmMain::mnuPause_Click);
+  AddEntry(mnuGame, "&New Game", "F2", [this] { mnuNewGame_Click(); });
+  mnuPlaySound = AddEntry(mnuGame, "&Play Sound", "Ctrl+P", [this] { mnuPlaySound_Click(); });
+  mnuPause = AddEntry(mnuGame, "Pause", "F4", [this] { mnuPause_Click(); });
   mnuGame->addSeparator();
-  AddEntry(mnuGame, "&Hint", "F3", &frmMain::mnuHint_Click);
-  AddEntry(mnuGame, "High Scores", "Ctrl+S", &frmMain::mnuHighScores_Click);
+  AddEntry(mnuGame, "&Hint", "F3", TakeHint);
+  AddEntry(mnuGame, "High Scores", "Ctrl+S", [this] { ShowHighScores(this); });
   mnuGame->addSeparator();
-  AddEntry(mnuGame, "&Quit", "Ctrl+Q", &frmMain::mnuQuit_Click);
-  connect(menuBar()->addAction("Options"), &QAction::triggered, this, &frmMain::mnuOptions_Click);
+  AddEntry(mnuGame, "&Quit", "Ctrl+Q", [this] { close(); });
+  connect(menuBar()->addAction("Options"), &QAction::triggered, this,
+          [this] { ShowOptions(this); });
   QMenu* mnuHelp = menuBar()->addMenu("&Help");
-  AddEntry(mnuHelp, "&How to play...", "F1", &frmMain::mnuHowToPlay_Click);
+  AddEntry(mnuHelp, "&How to play...", "F1", [this] { ShowLearn(this); });
   mnuHelp->addSeparator();
-  AddEntry(mnuHelp, "&About...", "Ctrl+A", &frmMain::mnuAbout_Click);
+  AddEntry(mnuHelp, "&About...", "Ctrl+A", [this] { ShowAbout(this); });
   mnuPlaySound->setCheckable(true);
   mnuPause->setCheckable(true);
 }
@@ -222,30 +220,6 @@ void frmMain::mnuPause_Click() {
   mnuPause->setChecked(paused != kFalse);
   TellReaders();
   PlayPauseSound();
-}
-
-void frmMain::mnuHint_Click() {
-  TakeHint();
-}
-
-void frmMain::mnuHighScores_Click() {
-  ShowHighScores(this);
-}
-
-void frmMain::mnuQuit_Click() {
-  close();
-}
-
-void frmMain::mnuOptions_Click() {
-  ShowOptions(this);
-}
-
-void frmMain::mnuHowToPlay_Click() {
-  ShowLearn(this);
-}
-
-void frmMain::mnuAbout_Click() {
-  ShowAbout(this);
 }
 
 }  // namespace glimmerfall

@@ -5,6 +5,7 @@
 
 #include <QLabel>
 #include <QMainWindow>
+#include <functional>
 
 namespace glimmerfall {
 
@@ -27,18 +28,12 @@ class frmMain : public QMainWindow {
   void CreateMenus();
   void CreateStatusLine();
   QAction* AddEntry(QMenu* menu, const char* caption, const char* hotKey,
-                    void (frmMain::*command)());
+                    const std::function<void()>& command);
   void CenterOnScreen();
 
   void mnuNewGame_Click();
   void mnuPlaySound_Click();
   void mnuPause_Click();
-  void mnuHint_Click();
-  void mnuHighScores_Click();
-  void mnuQuit_Click();
-  void mnuOptions_Click();
-  void mnuHowToPlay_Click();
-  void mnuAbout_Click();
 
   QWidget* picBoard = nullptr;
   QAction* mnuPlaySound = nullptr;

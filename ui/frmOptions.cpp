@@ -32,7 +32,7 @@ constexpr Control kOk = {"OKButton", "OK", {152, 112, 81, 25}};
 constexpr QRgb kGrooveColour = qRgb(176, 208, 176);
 constexpr QRgb kButtonColour = qRgb(255, 192, 192);
 
-// The music's volume in hundredths of a decibel; silence lies beyond a gap.
+// The music's volume in hundredths of a decibel a step; the last value is silence, not a step.
 constexpr int kSilentValue = 20;
 constexpr int kStartValue = 10;
 constexpr int kVolumeLargeStep = 5;
@@ -45,7 +45,7 @@ constexpr int32 VolumeOf(int value) {
   return value == kSilentValue ? platform::kSilence : value * kVolumePerStep;
 }
 
-// From 0 at the top to `last` at the foot, with the keys and the wheel along.
+// From 0 at the top to `last` at the foot; arrow keys and wheel move the handle the way they point.
 QSlider* AddSlider(QWidget& window, const Control& control, int last, int largeStep) {
   auto* const slider = new QSlider(Qt::Vertical, &window);
   Put(*slider, control);

@@ -35,7 +35,7 @@ struct ModeOption {
   Control control;
   const char* tooltip;
   GameMode mode;
-  std::size_t tab;  // its turn when the Tab key walks, behind Start and the lesson
+  std::size_t tab;  // place in the tab order, in which Start is 0 and Learn to Play 1
 };
 constexpr auto kOptions = std::to_array<ModeOption>({
     {{"Option1", "Normal", {328, 64, 17, 25}},
@@ -65,8 +65,8 @@ constexpr double kRingRadius = 6.5;  // pixels, as is the next
 constexpr double kDotRadius = 3.5;
 constexpr QColor kPressedShade = {0, 0, 0, 70};
 
-// A dot without a word, light on dark in every style of the desktop. The toolkit would let Tab
-// reach only the selected dot of a group; here it visits each, in the order of the window.
+// A radio button without text, light on dark in every style of the desktop. The toolkit takes all
+// but the checked button of a group out of the tab order; here all of them stay in it.
 class ModeButton : public QRadioButton {
  public:
   using QRadioButton::QRadioButton;

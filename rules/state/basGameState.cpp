@@ -8,6 +8,10 @@ void ResetGameState() {
   perBoard = {};
 }
 
+bool GemsStand() {
+  return gameState != stateFlyOut && gameState != stateEndMessage;
+}
+
 int16 CellKind(int16 x, int16 y) {
   const bool onBoard = x >= 0 && x < kBoardCells && y >= 0 && y < kBoardCells;
   return onBoard ? boardCells(x, y).kind : kNoKind;

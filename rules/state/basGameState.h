@@ -80,7 +80,7 @@ enum GameState : int32 {
   stateEndMessage = 9,  ///< showing the level-up or game-over text
 };
 
-/// What each is like: basModes.h.
+/// What differs between them stands in basModes.h, one row each.
 enum GameMode : int32 {
   modeNormal = 0,
   modeFrantic = 1,
@@ -210,6 +210,9 @@ inline auto& picBoardHandle = shared.picBoardHandle;
 
 /// Puts every variable above back to its start value.
 void ResetGameState();
+
+/// Whether the gems are on the board: not once they have been thrown off it.
+bool GemsStand();
 
 /// The kind of the cell at (x, y); kNoKind outside the board.
 int16 CellKind(int16 x, int16 y);

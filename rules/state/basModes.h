@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// All that differs between the modes, one row each. A table elsewhere that has a row a mode asserts
-// that it has them all.
+// All that differs between the modes, one row each. Any other table with a row for each mode
+// asserts with HasEachModeOnce that none is missing.
 #pragma once
 
 #include <array>
@@ -26,7 +26,7 @@ struct Mode {
   // The clock, in seconds.
   Flag clockRuns;
   float32 timeLimit;     ///< full value at a new board
-  float32 lateTimeLeft;  ///< at a new board from kLateLevel on; before, the clock is full
+  float32 lateTimeLeft;  ///< left at a new board from kLateLevel on; below, the clock starts full
   ClearEarns clearEarns;
   float32 beepBelow;    ///< the warning beep sounds at or below this
   float32 beepSpacing;  ///< and at most this often
