@@ -27,24 +27,6 @@ namespace {
 constexpr platform::Size kBackSize = {kSurfaceWidth, kSurfaceHeight};
 constexpr platform::Colour kTransparent = platform::RGB(0, 0, 0);
 
-void CreateSurfaces() {
-  dd = platform::DirectDrawCreate();
-  dd->SetCooperativeLevel(frmMainHandle);
-  primarySurface = dd->CreatePrimarySurface();
-  backBuffer = dd->CreateSurface(kBackSize);
-  backRect = {0, 0, kBackSize.width, kBackSize.height};
-  boardSurface = dd->CreateSurfaceFromFile(boardBitmapPath);
-  const platform::Size size = boardSurface->GetSurfaceDesc();
-  boardRect = {0, 0, size.width, size.height};
-  gemSheet = dd->CreateSurfaceFromFile(gemSheetPath);
-  targetSheet = dd->CreateSurfaceFromFile(targetBitmapPath);
-  clipper = dd->CreateClipper();
-  clipper->SetHWnd(picBoardHandle);
-  primarySurface->SetClipper(clipper);
-  for (const auto& sheet : {boardSurface, gemSheet, targetSheet})
-    sheet->SetColorKey(kTransparent, kTransparent);
-}
-
 // Surfaces are released before the device that made them.
 void ReleaseDisplay() {
   primarySurface.reset();
@@ -65,11 +47,24 @@ void ResetDisplay() {
 
 void InitDisplay() {
   try {
-    CreateSurfaces();
+    dd = platform::DirectDrawCreate();
+    dd->SetCooperativeLevel(frmMainHandle);
+    primarySurface = dd->CreatePrimarySurface();
+    backBuffer = dd->CreateSurface(kBackSize);
+    backRect = {0, 0, kBackSize.width, kBackSize.height};
+    boardSurface = dd->CreateSurfaceFromFile(boardBitmapPath);
+    const platform::Size size = boardSurface->GetSurfaceDesc();
+    boardRect = {0, 0, size.width, size.height};
+    gemSheet = dd->CreateSurfaceFromFile(gemSheetPath);
+    targetSheet = dd->CreateSurfaceFromFile(targetBitmapPath);
+    clipper = dd->CreateClipper();
+    clipper->SetHWnd(picBoardHandle);
+    primarySurface->SetClipper(clipper);
+    for (const auto& sheet : {boardSurface, gemSheet, targetSheet})
+      sheet->SetColorKey(kTransparent, kTransparent);
   } catch (const platform::Error& error) {
     platform::ShowMessage(std::string("Unexpected error has occurred.\n") + error.what(),
-                          "This is uncalled-for!-------", platform::MessageIcon::Exclamation,
-                          platform::MessageButtons::Ok);
+                          "This is uncalled-for!-------", platform::MessageIcon::Exclamation);
   }
 }
 

@@ -12,7 +12,8 @@ enum class MessageAnswer { Ok, Yes, No };
 
 /// Shows `text` and waits for a button; closing a box by other means answers Ok or No. Events run
 /// while it stands. An empty title shows the program's own.
-MessageAnswer ShowMessage(const std::string& text, const std::string& title, MessageIcon icon,
-                          MessageButtons buttons);
+MessageAnswer ShowMessage(const std::string& text, const std::string& title = "",
+                          MessageIcon icon = MessageIcon::None,
+                          MessageButtons buttons = MessageButtons::Ok);
 
 }  // namespace platform

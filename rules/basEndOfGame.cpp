@@ -24,14 +24,17 @@ constexpr int16 kShakeFarAbove = kShakeNumbers / 2;  // above it the gem tremble
 constexpr int16 kShakeReach = 3;                     // offsets a gem can take
 constexpr int16 kShakeFar = 2;  // least far offset, and most near one, in pixels
 
+struct Range {
+  float64 least;
+  float64 most;
+};
+
 // The throw. Speeds are in pixels a frame, angles in degrees.
 constexpr int16 kFlyFrames = 64;
 constexpr int16 kThrowNumbers = 50;                   // each gem gets a number below this
 constexpr int16 kThrowRightFrom = kThrowNumbers / 2;  // from here on to the right, else to the left
-constexpr float64 kThrowAngle = 45;
-constexpr float64 kThrowAngleSpread = 25;
-constexpr float64 kThrowSpeed = 10;
-constexpr float64 kThrowSpeedSpread = 20;
+constexpr Range kThrowAngle = {45, 70};
+constexpr Range kThrowSpeed = {10, 30};
 constexpr float32 kGravity = 1.5F;
 constexpr float64 kPi = 3.14159265358979;
 
@@ -51,14 +54,18 @@ void ShakeGem(CGem& gem) {
   gem.pixY = static_cast<int16>(gem.row * kCellPixels + offset());
 }
 
+float64 RandomIn(const Range& range) {
+  return platform::Rnd() * (range.most - range.least) + range.least;
+}
+
 void LaunchGem(CGem& gem) {
   platform::Randomize(platform::Timer());
   const bool right = platform::RandomBelow(kThrowNumbers) >= kThrowRightFrom;
-  const float64 angle = platform::Rnd() * kThrowAngleSpread + kThrowAngle;
+  const float64 angle = RandomIn(kThrowAngle);
   gem.flyAngle = static_cast<float32>(right ? angle : 180 - angle);
   gem.flyX = gem.pixX;
   gem.flyY = gem.pixY;
-  gem.flySpeed = static_cast<float32>(platform::Rnd() * kThrowSpeedSpread + kThrowSpeed);
+  gem.flySpeed = static_cast<float32>(RandomIn(kThrowSpeed));
 }
 
 int16 RoundToEven(float32 value) {

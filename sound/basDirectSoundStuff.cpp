@@ -71,8 +71,7 @@ void LoadSounds() {
   } catch (const platform::Error& error) {
     const std::string description = error.what();
     ReleaseAll();
-    platform::ShowMessage(description, "", platform::MessageIcon::None,
-                          platform::MessageButtons::Ok);
+    platform::ShowMessage(description);
     platform::EndProgram(1);
   }
 }

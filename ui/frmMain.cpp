@@ -64,8 +64,7 @@ void TakeStep(void (*step)()) {
     step();
   } catch (const std::exception& error) {
     platform::ShowMessage(std::string("Some error has occurred!\n") + error.what(),
-                          "This is uncalled-for!", platform::MessageIcon::Exclamation,
-                          platform::MessageButtons::Ok);
+                          "This is uncalled-for!", platform::MessageIcon::Exclamation);
   }
 }
 

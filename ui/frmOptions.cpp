@@ -70,8 +70,7 @@ void AskForReset() {
   if (answer == MessageAnswer::Yes) {
     ResetScoreTables();
   } else {
-    platform::ShowMessage("Whew.  That was close.  I didn't reset the scores.", "",
-                          platform::MessageIcon::None, platform::MessageButtons::Ok);
+    platform::ShowMessage("Whew.  That was close.  I didn't reset the scores.");
   }
 }
 
