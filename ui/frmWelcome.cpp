@@ -35,22 +35,19 @@ struct ModeOption {
   Control control;
   const char* tooltip;
   GameMode mode;
-  std::size_t tab;  // place in the tab order, in which Start is 0 and Learn to Play 1
 };
+// In tab order.
 constexpr auto kOptions = std::to_array<ModeOption>({
     {{"Option1", "Normal", {328, 64, 17, 25}},
      "Match 3 to earn points and time to match more.",
-     modeNormal,
-     2},
-    {{"Option2", "Frantic", {328, 96, 17, 25}},
-     "Fast matching mode, start with 10 seconds and it goes down from there.",
-     modeFrantic,
-     4},
+     modeNormal},
     {{"Option3", "Marathon", {328, 128, 17, 29}},
      "You will have 3 minutes to score as much as you can.",
-     modeMarathon,
-     3},
-    {{"Option4", "Relaxed", {328, 168, 17, 25}}, "No time limit, just matching", modeRelaxing, 5},
+     modeMarathon},
+    {{"Option2", "Frantic", {328, 96, 17, 25}},
+     "Fast matching mode, start with 10 seconds and it goes down from there.",
+     modeFrantic},
+    {{"Option4", "Relaxed", {328, 168, 17, 25}}, "No time limit, just matching", modeRelaxing},
 });
 static_assert(HasEachModeOnce(kOptions));
 
@@ -124,10 +121,10 @@ class frmWelcome : public SmallWindow {
  public:
   frmWelcome() : SmallWindow(kWindow) {
     AddBackground();
+    // The order in which controls are made is the tab order.
+    AddButtons();
     for (std::size_t i = 0; i < kOptions.size(); ++i)
       options_[i] = AddOption(kOptions[i]);
-    AddButtons();
-    SetTabOrder();
     options_[0]->setChecked(true);
   }
 
@@ -172,22 +169,14 @@ class frmWelcome : public SmallWindow {
   }
 
   void AddButtons() {
-    Command2 = AddPictureButton(
-        *this, kLearn, LoadPicture({"buttonlearn.png", "buttonlearn@2x.png"}), kLearnColour);
-    Command2->setToolTip(kLearnTooltip);
-    connect(Command2, &QPushButton::clicked, this, [this] { ShowLearnModal(this); });
     OKButton = AddPictureButton(
         *this, kStart, LoadPicture({"buttonstart.png", "buttonstart@2x.png"}), kStartColour);
     OKButton->setDefault(true);
     connect(OKButton, &QPushButton::clicked, this, &frmWelcome::OKButton_Click);
-  }
-
-  void SetTabOrder() {
-    std::array<QWidget*, kModeCount + 2> order = {OKButton, Command2};
-    for (std::size_t i = 0; i < kOptions.size(); ++i)
-      order[kOptions[i].tab] = options_[i];
-    for (std::size_t i = 1; i < order.size(); ++i)
-      setTabOrder(order[i - 1], order[i]);
+    auto* const Command2 = AddPictureButton(
+        *this, kLearn, LoadPicture({"buttonlearn.png", "buttonlearn@2x.png"}), kLearnColour);
+    Command2->setToolTip(kLearnTooltip);
+    connect(Command2, &QPushButton::clicked, this, [this] { ShowLearnModal(this); });
   }
 
   void OKButton_Click() {
@@ -197,7 +186,6 @@ class frmWelcome : public SmallWindow {
   }
 
   std::array<QRadioButton*, kModeCount> options_;
-  QPushButton* Command2;
   QPushButton* OKButton;
 };
 

@@ -104,7 +104,9 @@ TEST_F(Clear, FeedsTheClockOfTheMode) {
       {modeNormal, 1, kTrue, 54, 50},      {modeNormal, 1, kFalse, 49, 50},
       {modeFrantic, 1, kTrue, 9.7F, 9.7F}, {modeFrantic, 10, kTrue, 7, 7},
       {modeFrantic, 17, kTrue, 5, 5},      {modeMarathon, 18, kTrue, 49, 50},
+      {modeRelaxing, 1, kFalse, 49, 50},
   };
+  EXPECT_EQ(ModesOf(kRows).size(), kModeCount);
   for (const Row& row : kRows) {
     SCOPED_TRACE(testing::Message() << "mode " << row.mode << " level " << row.atLevel);
     Prepare(QuietBoard(), {9, 10, 11, 12, 13});

@@ -60,6 +60,8 @@ TEST_F(Clock, RunsAndBeepsFromTheFirstSecondToTheLast) {
   constexpr ModeRun kRuns[] = {{modeNormal, 50, 7, 1000, 7, 8},
                                {modeFrantic, 10, 2, 700, 3, 3},
                                {modeMarathon, 180, 7, 1000, 7, 8}};
+  for (const Mode& mode : kModes)
+    EXPECT_EQ(ModesOf(kRuns).contains(mode.mode), mode.clockRuns != kFalse) << mode.name;
   for (const ModeRun& run : kRuns) {
     for (const double hour : {3600.0, 43200.0, 86352.0}) {
       SCOPED_TRACE(testing::Message() << "mode " << run.mode << " at " << hour);

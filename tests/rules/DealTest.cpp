@@ -45,6 +45,7 @@ TEST_F(Deal, SetsTheClockAndTheLevelOfTheMode) {
                           {modeFrantic, 30, {kTrue, 10, 10, 30}},
                           {modeRelaxing, 6, {kFalse, 50, 33.5F, 6}},
                           {modeMarathon, 1, {kTrue, 180, 180, 18}}};
+  EXPECT_EQ(ModesOf(starts).size(), kModeCount);
   for (const Start& start : starts) {
     gameMode = start.mode;
     level = start.level;

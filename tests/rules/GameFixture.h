@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <istream>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -52,6 +53,15 @@ std::string TakeSounds();
 
 /// Runs frames until the state is one of `states`, at most `limit`. Answers how many it ran.
 int RunFramesUntil(std::vector<GameState> states, int limit = 5000);
+
+/// The modes that a table of expectations has rows for.
+template <typename Rows>
+std::set<GameMode> ModesOf(const Rows& rows) {
+  std::set<GameMode> modes;
+  for (const auto& row : rows)
+    modes.insert(row.mode);
+  return modes;
+}
 
 /// What is wrong with the rested board, or nothing.
 std::string BrokenInvariant();

@@ -15,12 +15,12 @@ struct KeyRow {
 };
 
 std::string State() {
-  constexpr const char* kNames[] = {"loading",  "idle",    "dealing", "selected", "swapping",
-                                    "clearing", "falling", "shaking", "flyout",   "message"};
+  const std::vector<std::string> names = {"loading",  "idle",    "dealing", "selected", "swapping",
+                                          "clearing", "falling", "shaking", "flyout",   "message"};
   const std::string cursor =
       boardCursor.shown ? std::to_string(boardCursor.x) + ',' + std::to_string(boardCursor.y)
                         : "hidden";
-  return std::string(kNames[gameState]) + ' ' + cursor + ": " + TakeSounds();
+  return names.at(gameState) + ' ' + cursor + ": " + TakeSounds();
 }
 
 TEST_F(Keys, MoveTheCursorAndPlayThroughTheMouse) {

@@ -229,6 +229,7 @@ TEST_F(WindowsTest, EveryTextFitsItsControl) {
       const QRect room = label->contentsRect();
       const QRect text = label->fontMetrics().boundingRect(room, flags, label->text());
       EXPECT_TRUE(room.contains(text)) << TextOf(*label);
+      EXPECT_TRUE(Window(row.name).rect().contains(label->geometry())) << TextOf(*label);
       ++texts;
     }
     for (auto* const button : Window(row.name).findChildren<QPushButton*>()) {
@@ -248,6 +249,7 @@ TEST_F(WindowsTest, AnOptionChoosesItsModeAtOnceAndStaysForTheNextGame) {
       {"Option4", modeRelaxing, "Relaxed", "No time limit, just matching"},
       {"Option1", modeNormal, "Normal", "Match 3 to earn points and time to match more."},
   };
+  ASSERT_EQ(options.size(), std::size_t{kModeCount});
   for (const auto& row : options) {
     EXPECT_TRUE(Choose([&row] {
       const auto& [name, mode, word, tooltip] = row;
@@ -580,7 +582,7 @@ TEST_F(WindowsTest, WordsTakeThePlaceOfMissingPictures) {
   std::string words;
   for (auto* const label : Window("frmWelcome").findChildren<QLabel*>())
     words += TextOf(*label) + ' ';
-  EXPECT_EQ(words, "Glimmerfall Select Game Mode Normal Frantic Marathon Relaxed ");
+  EXPECT_EQ(words, "Glimmerfall Select Game Mode Normal Marathon Frantic Relaxed ");
   EXPECT_TRUE(TextOf(Find("frmLearn", "Image4")).starts_with("The object is to match 3 of a kind"));
 }
 
