@@ -29,10 +29,10 @@ test_packages=(
 )
 
 missing_packages() {
-  local package
-  for package in "$@"; do
-    [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || echo "$package"
-  done
+  local installed
+  installed=$({ dpkg-query -W -f='${Package} ${db:Status-Status}\n' "$@" 2>/dev/null || true; } |
+    sed -n 's/ installed$//p')
+  printf '%s\n' "$@" | grep -vxF "$installed" || true # no line left is no fault
 }
 
 # Installs those of the named packages that are missing.
