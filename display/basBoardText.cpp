@@ -9,8 +9,6 @@
 
 namespace glimmerfall {
 
-platform::Font mainWindowFont;
-
 namespace {
 
 constexpr platform::Colour kShadowColour = platform::RGB(200, 0, 0);

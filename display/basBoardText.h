@@ -11,7 +11,7 @@
 namespace glimmerfall {
 
 /// The font of the main window, set when it loads; all text on the board is in it.
-extern platform::Font mainWindowFont;
+inline platform::Font mainWindowFont;
 
 /// Draws the status strip. The foreground colour stays as the text leaves it.
 void DrawStatus();

@@ -12,16 +12,6 @@ using platform::ColorKey;
 using platform::Rect;
 using platform::Surface;
 
-std::shared_ptr<platform::DisplayDevice> dd;
-std::shared_ptr<Surface> primarySurface;
-std::shared_ptr<Surface> backBuffer;
-std::shared_ptr<Surface> boardSurface;
-std::shared_ptr<Surface> gemSheet;
-std::shared_ptr<Surface> targetSheet;
-std::shared_ptr<platform::Clipper> clipper;
-Rect backRect;
-Rect boardRect;
-
 namespace {
 
 constexpr platform::Size kBackSize = {kSurfaceWidth, kSurfaceHeight};

@@ -10,15 +10,15 @@
 namespace glimmerfall {
 
 // All null until InitDisplay has made them.
-extern std::shared_ptr<platform::DisplayDevice> dd;        ///< maker of all surfaces
-extern std::shared_ptr<platform::Surface> primarySurface;  ///< the screen, inside picBoard
-extern std::shared_ptr<platform::Surface> backBuffer;      ///< the frame that is being composed
-extern std::shared_ptr<platform::Surface> boardSurface;    ///< background of the whole frame
-extern std::shared_ptr<platform::Surface> gemSheet;        ///< the gem sprites, 1024 by 512
-extern std::shared_ptr<platform::Surface> targetSheet;     ///< six target frames side by side
-extern std::shared_ptr<platform::Clipper> clipper;         ///< keeps the frame inside picBoard
-extern platform::Rect backRect;                            ///< all of backBuffer
-extern platform::Rect boardRect;                           ///< all of boardSurface
+inline std::shared_ptr<platform::DisplayDevice> dd;        ///< maker of all surfaces
+inline std::shared_ptr<platform::Surface> primarySurface;  ///< the screen, inside picBoard
+inline std::shared_ptr<platform::Surface> backBuffer;      ///< the frame that is being composed
+inline std::shared_ptr<platform::Surface> boardSurface;    ///< background of the whole frame
+inline std::shared_ptr<platform::Surface> gemSheet;        ///< the gem sprites, 1024 by 512
+inline std::shared_ptr<platform::Surface> targetSheet;     ///< six target frames side by side
+inline std::shared_ptr<platform::Clipper> clipper;         ///< keeps the frame inside picBoard
+inline platform::Rect backRect;                            ///< all of backBuffer
+inline platform::Rect boardRect;                           ///< all of boardSurface
 
 /// Puts the variables above back to their start values.
 void ResetDisplay();
@@ -37,7 +37,7 @@ void PaintBoardPicture();
 /// Shows backBuffer in the window at `windowRect`.
 void PresentFrame(const platform::Rect& windowRect);
 
-/// The copies of the frame. A surface that was never made draws nothing, as a refused copy does.
+/// Copy onto backBuffer; without a surface, which a failed start-up leaves null, nothing is drawn.
 void BlitToBack(const platform::Rect& to, const std::shared_ptr<platform::Surface>& source,
                 const platform::Rect& from, platform::ColorKey key);
 void BlitFastToBack(int x, int y, const std::shared_ptr<platform::Surface>& source,
