@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
-// A kill, a full disk, calls that fail, a folder that can't be written, and whatever else may lie
-// in it: an entry or a reset changes all of its files or none.
+// A kill, a full disk, a folder that can't be written, and whatever else may lie in it: an entry or
+// a reset changes all of its files or none.
 #include <fcntl.h>
 #include <grp.h>
 #include <sys/file.h>
-#include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 #include <functional>
 
@@ -30,37 +28,6 @@ void EnterBest() {
   EnterHighScore("Ann");
 }
 
-class BrokenDiskTest : public ScoreTest, public testing::WithParamInterface<void (*)()> {
- protected:
-  BrokenDiskTest() {
-    for (const Mode& row : kModes)
-      Store(FilesOf(row.mode, SampleTable(row.mode)));
-    Store("score7.gwk", ScoreBytes(930) + "tail");
-    before_ = Files();
-    Change();
-    after_ = Files();
-    Store(before_);
-  }
-
-  static void Change() { GetParam()(); }
-
-  // After the next start: whether the files are the old ones. If not they must be the new ones, and
-  // are put back.
-  bool IsOldNotNew() const {
-    ReadScores(modeNormal);
-    const Snapshot now = Files();
-    if (now == before_) return true;
-    EXPECT_EQ(now, after_);
-    Store(before_);
-    return false;
-  }
-
-  Snapshot before_;
-  Snapshot after_;
-};
-INSTANTIATE_TEST_SUITE_P(EntryAndReset, BrokenDiskTest,
-                         testing::Values(&EnterBest, &ResetScoreTables));
-
 // Runs `body` in a child process, whose own checks count, and answers its exit code.
 int RunInChild(const std::function<void()>& body) {
   const pid_t child = fork();
@@ -73,29 +40,6 @@ int RunInChild(const std::function<void()>& body) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-// Runs `body` in a child process that is killed right before its n-th system call. False if it made
-// fewer.
-bool KilledAtCall(int n, void (*body)()) {
-  const pid_t child = fork();
-  if (child == 0) {
-    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(1);
-    raise(SIGSTOP);
-    body();
-    _exit(0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  // It stops at the beginning and at the end of each call.
-  for (int stop = 1; stop < 2 * n && WIFSTOPPED(status); ++stop) {
-    ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
-    waitpid(child, &status, 0);
-  }
-  if (!WIFSTOPPED(status)) return false;
-  kill(child, SIGKILL);
-  waitpid(child, &status, 0);
-  return true;
-}
-
 // Lets the process write no longer where the permissions forbid it, even if it is root's.
 void BecomeNobody() {
   if (geteuid() != 0) return;
@@ -104,32 +48,70 @@ void BecomeNobody() {
   ASSERT_EQ(setuid(kNobody), 0);
 }
 
-TEST_P(BrokenDiskTest, AKillAtAnySystemCallLeavesTheOldFilesOrTheNew) {
+class BrokenDisk : public ScoreTest, public testing::WithParamInterface<void (*)()> {
+ protected:
+  BrokenDisk() {
+    StoreTables();
+    Store("score7.gwk", ScoreBytes(930) + "tail");
+    before_ = Files();
+    GetParam()();
+    after_ = Files();
+    log_ = faulty::Log();
+    Store(before_);
+  }
+
+  // After the next start: whether the files are the new ones, which are put back then. If not they
+  // must be the old ones.
+  bool AreNewAfterAStart() {
+    ReadScores(modeNormal);
+    const Snapshot now = Files();
+    if (now == before_) return false;
+    EXPECT_EQ(now, after_);
+    Store(before_);
+    return true;
+  }
+
+  Snapshot before_;
+  Snapshot after_;
+  std::string log_;
+};
+INSTANTIATE_TEST_SUITE_P(EntryAndReset, BrokenDisk, testing::Values(&EnterBest, &ResetScoreTables));
+
+TEST_P(BrokenDisk, APowerCutFindsEachStepOnTheDiskBeforeTheNext) {
+  EXPECT_EQ(log_, "write sync move sync move sync ");
+}
+
+TEST_P(BrokenDisk, AKillAtAnyCallLeavesTheOldFilesOrTheNew) {
   int kept = 0;
-  int call = 1;
-  for (; KilledAtCall(call, &Change); ++call)
-    kept += IsOldNotNew() ? 1 : 0;
-  EXPECT_GT(kept, 100);
-  EXPECT_GT(call - kept, 30);
+  int call = 0;
+  const auto change = [&] {
+    faulty::LeaveRoom(call, faulty::Ending::Kills);
+    GetParam()();
+  };
+  for (; RunInChild(change) == faulty::kKilled; ++call)
+    kept += AreNewAfterAStart() ? 0 : 1;
+  EXPECT_TRUE(AreNewAfterAStart());
+  EXPECT_GT(kept, kPlaces);
+  EXPECT_GT(call - kept, kPlaces);
 }
 
-TEST_P(BrokenDiskTest, ADiskThatFillsAtAnyByteLeavesTheOldFilesOrTheNew) {
+TEST_P(BrokenDisk, ADiskThatFillsAtAnyByteLeavesTheOldFilesOrTheNew) {
   long room = 0;
-  for (; Files() == before_; ++room) {
-    faulty::LeaveRoom(room);
-    Change();
+  const auto changeInRoom = [&] {
+    faulty::LeaveRoom(room++);
+    GetParam()();
     faulty::Reset();
+    return Files();
+  };
+  while (changeInRoom() == before_) {
   }
-  EXPECT_GT(room, 100);
-  for (; Files() != after_; ++room) {
-    EXPECT_FALSE(IsOldNotNew()) << "left behind with room for " << room;
-    faulty::LeaveRoom(room);
-    Change();
-    faulty::Reset();
-  }
+  EXPECT_GT(room, kPlaces);
+  EXPECT_TRUE(AreNewAfterAStart()) << "left behind with room for " << room;
+  while (changeInRoom() != after_)
+    EXPECT_TRUE(AreNewAfterAStart()) << "left behind with room for " << room;
 }
 
-TEST_P(BrokenDiskTest, InAFolderThatCanNotBeWrittenAllFilesAreWrittenInPlaceOrNone) {
+TEST_P(BrokenDisk, InAFolderThatCanNotBeWrittenAllFilesAreWrittenInPlaceOrNone) {
   struct Row {
     const char* what;
     int all;  // permissions
@@ -150,35 +132,34 @@ TEST_P(BrokenDiskTest, InAFolderThatCanNotBeWrittenAllFilesAreWrittenInPlaceOrNo
                 BecomeNobody();
                 EXPECT_EQ(ReadScores(modeNormal)[1], 990);
                 faulty::LeaveRoom(row.room);
-                Change();
+                GetParam()();
               }),
               0);
     EXPECT_EQ(Files(), row.changes ? after_ : before_);
   }
 }
 
-TEST_P(BrokenDiskTest, AChangeThatAnotherProgramIsAtIsLeftToIt) {
-  const int folder = open(folder_.c_str(), O_RDONLY);
+TEST_P(BrokenDisk, AChangeThatAnotherProgramIsAtIsLeftToIt) {
+  const int folder = open(folder_.c_str(), O_RDONLY, 0);
   ASSERT_EQ(flock(folder, LOCK_EX), 0);
   fs::create_directory(Path("files.preparing"));
   ReadScores(modeNormal);
   EXPECT_TRUE(fs::exists(Path("files.preparing")));
   close(folder);
-  EXPECT_TRUE(IsOldNotNew());
+  EXPECT_FALSE(AreNewAfterAStart());
 }
 
 // No link is followed, and no folder is replaced.
-TEST_P(BrokenDiskTest, WhateverLiesInAFilesPlaceIsHarmless) {
+TEST_P(BrokenDisk, WhateverLiesInAFilesPlaceIsHarmless) {
   struct Row {
     const char* what;
     std::function<void()> put;
     bool changes;
   };
+  const auto link = [&](const char* name) { fs::create_directory_symlink("precious", Path(name)); };
   const std::vector<Row> rows = {
-      {"a link in the temporary files' place",
-       [&] { fs::create_directory_symlink("precious", Path("files.preparing")); }, true},
-      {"a link in the ready files' place",
-       [&] { fs::create_directory_symlink("precious", Path("files.prepared")); }, false},
+      {"a link in the temporary files' place", [&] { link("files.preparing"); }, true},
+      {"a link in the ready files' place", [&] { link("files.prepared"); }, false},
       {"a folder in a name's place",
        [&] {
          fs::remove(Path("scorename5.gwk"));
@@ -196,8 +177,8 @@ TEST_P(BrokenDiskTest, WhateverLiesInAFilesPlaceIsHarmless) {
       std::string& now = expected[file];
       now.replace(0, now.size() == kHuge ? bytes.size() : now.size(), bytes);
     }
-    std::erase_if(expected, [](const auto& e) { return e.first.starts_with("files.preparing"); });
-    Change();
+    expected.erase("files.preparing/");
+    GetParam()();
     EXPECT_EQ(Files(), expected);
     for (const auto& entry : fs::directory_iterator(folder_))
       fs::remove_all(entry.path());

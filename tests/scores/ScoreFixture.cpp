@@ -68,4 +68,9 @@ void ScoreTest::Store(const Snapshot& files) const {
     Store(file, bytes);
 }
 
+void ScoreTest::StoreTables() const {
+  for (const Mode& row : kModes)
+    Store(FilesOf(row.mode, SampleTable(row.mode)));
+}
+
 }  // namespace glimmerfall

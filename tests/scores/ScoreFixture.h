@@ -42,6 +42,8 @@ class ScoreTest : public testing::Test {
   /// Replaces the file by exactly these bytes.
   void Store(const std::string& file, const std::string& bytes) const;
   void Store(const Snapshot& files) const;
+  /// Replaces all tables by sample tables.
+  void StoreTables() const;
 
   const ScratchFolder scratch_;
   const std::string& folder_ = scratch_.Path();
