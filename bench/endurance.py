@@ -20,6 +20,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
 from desktop import CHOOSER, MAIN, MODES, Desktop, Game, legal_swaps
 from load import status_of
 from measure import FrameTimes, with_frame_log
+from play_by_keys import is_empty
 
 LONG_FRAME_MS = 60
 TOLD_EVERY_MINUTES = 5
@@ -198,16 +199,15 @@ class Player:
     def step(self):
         """One thing that a player might do now."""
         self.enter_name()
-        picture = self.game.grab()
-        if self.game.sprites.is_empty(picture):
+        if is_empty(self.game):
             self.game.click(0)  # on to the next level, if it was one
             time.sleep(1.5)
-            if self.game.sprites.is_empty(self.game.grab()):
+            if is_empty(self.game):
                 self.new_game()
             return
         if time.monotonic() > self.until and self.new_game():
             return
-        kinds = self.game.sprites.read(picture)
+        kinds = self.game.sprites.read(self.game.grab())
         if None in kinds:
             time.sleep(0.1)
             return
@@ -289,7 +289,7 @@ def main():
         player = Player(desktop, game)
         player.new_game(first=True)
         desktop.window(MAIN)
-        game.dealt()
+        game.ready()
         frames, stalls = FrameTimes(log), Stalls(desktop)
         watch(player, game.process, options.minutes, options.kill_sound)
         print(frames.describe())

@@ -10,13 +10,22 @@ import sys
 import time
 from pathlib import Path
 
+import numpy as np
+
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
-from desktop import MAIN, MODES, Desktop, Game, legal_swaps, wait_for
+from desktop import BOARD, CHOOSER, MAIN, MODES, Desktop, Game, legal_swaps
 
 # Won before the hands are taken off.
 LEVELS = {"Normal": 1, "Frantic": 0, "Marathon": 0, "Relaxed": 1000}
 FRANTIC_SWAPS = 8
 NAME = "Keys Alone"
+
+
+def is_empty(game):
+    """Whether no gem stands or flies on the board; the message covers its middle."""
+    rows = [*range(192), *range(448, 512)]
+    picture = np.asarray(game.grab()).astype(np.int16)
+    return np.abs(picture - game.sprites.board)[rows].max() <= 24
 
 
 def moves_left(kinds, a, b):
@@ -38,8 +47,17 @@ class KeyPlayer:
             or (self.mode == "Frantic" and self.swaps < FRANTIC_SWAPS)
         )
 
-    def board_is_empty(self):
-        return self.game.sprites.is_empty(self.game.grab())
+    def choose(self):
+        self.desktop.focused(CHOOSER)
+        self.desktop.key("Tab", "Tab", "space", *["Down"] * list(MODES).index(self.mode), "Return")
+        self.desktop.gone(CHOOSER)
+        self.game.ready()
+
+    def swap(self, a, b):
+        """Goes to the cell from the corner, picks it and swaps it with its neighbour."""
+        arrow = {1: "Right", -1: "Left", BOARD: "Down", -BOARD: "Up"}[b - a]
+        way = ["Right"] * (a % BOARD) + ["Down"] * (a // BOARD)
+        self.desktop.key("Home", "Page_Up", *way, "Return", arrow)
 
     def step(self):
         kinds = self.game.sprites.read(self.game.grab())
@@ -47,7 +65,7 @@ class KeyPlayer:
         if not moves or not self.wants_to_play():
             time.sleep(0.1)
             return
-        self.game.swap_by_keys(*min(moves, key=lambda move: moves_left(kinds, *move)))
+        self.swap(*min(moves, key=lambda move: moves_left(kinds, *move)))
         self.swaps += 1
         time.sleep(0.4)
 
@@ -56,12 +74,12 @@ class KeyPlayer:
         time.sleep(1)
         self.desktop.key("Return")
         time.sleep(1)
-        return not self.board_is_empty()
+        return not is_empty(self.game)
 
     def play(self):
         while True:
             self.step()
-            if not self.board_is_empty():
+            if not is_empty(self.game):
                 continue
             if self.enter_name() or not self.went_on():
                 break
@@ -73,13 +91,13 @@ class KeyPlayer:
         time.sleep(1)
         if not self.desktop.windows("Login"):
             return False
-        wait_for("the name to take keys", lambda: self.desktop.active() == "Login")
+        self.desktop.focused("Login")
         self.desktop.type(NAME)
         self.desktop.key("Return")
-        wait_for("the high scores to take keys", lambda: self.desktop.active() == "High Scores...")
+        self.desktop.focused("High Scores...")
         self.desktop.key("Return")
-        wait_for("the high scores to go", lambda: not self.desktop.windows("High Scores..."))
-        wait_for("the board to take keys", lambda: self.desktop.active() == MAIN)
+        self.desktop.gone("High Scores...")
+        self.desktop.focused(MAIN)
         return True
 
 
@@ -95,9 +113,9 @@ def main():
         for number, mode in enumerate(options.modes):
             if number > 0:
                 desktop.key("F2")
-            game.choose_by_keys(mode)
-            game.dealt()
-            KeyPlayer(desktop, game, mode).play()
+            player = KeyPlayer(desktop, game, mode)
+            player.choose()
+            player.play()
         names = collections.Counter(
             path.read_text().strip() for path in game.folder.glob("scorename*1.gwk")
         )

@@ -5,13 +5,12 @@ which first.deb and newer.deb lie in /srv."""
 import re
 import subprocess
 import sys
-import time
 from pathlib import Path
 
 from PIL import ImageChops
 
 from played_round import place_of_score, play_round, quit_game
-from desktop import CHOOSER, MAIN, Desktop, Game, Sprites, loudest, wait_for
+from desktop import CHOOSER, MAIN, Desktop, Game, Recording, Sprites, loudest, wait_for
 
 SILENCE = -70.0  # dB
 HEARD_SECONDS = 4
@@ -115,9 +114,7 @@ def hear_music():
         desktop.focused(MAIN)
         player.at_rest()
         desktop.key("ctrl+p")
-        recording = desktop.record()
-        time.sleep(HEARD_SECONDS)
-        level = loudest(recording.stop())
+        level = loudest(Recording(desktop).more(HEARD_SECONDS))
         assert level > SILENCE, f"no music: {level:.0f} dB"
         quit_game(player)
     print(

@@ -12,11 +12,10 @@ import struct
 import subprocess
 import sys
 import tempfile
+import unittest
 from pathlib import Path
 
-import test_game
-from desktop import CHOOSER, MAIN, legal_swap, wait_for
-from test_game import RealProgram
+from desktop import CHOOSER, MAIN, RealProgram, run_tests, wait_for
 
 ENTRY = "org.glimmerfall.Glimmerfall"
 # Where the tests run as root, the program still has to heed the rights of a folder.
@@ -24,27 +23,33 @@ AS_ANYBODY = ("setpriv", "--bounding-set=-dac_override") if os.getuid() == 0 els
 
 
 class MovedFolder(RealProgram):
-    starts = False
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.game.folder = cls.game.folder.rename(cls.desktop.folder / 'my "games" $1 \\n (ä 100%)')
 
-    def setUp(self):
-        super().setUp()
-        moved = self.desktop.folder / 'my "games" $1 \\n (ä 100%)'
-        self.game.folder.rename(moved)
-        self.game.folder = moved
+    def close_chooser(self):
+        self.desktop.close(CHOOSER)
+        self.desktop.gone(CHOOSER)
 
-    def test_plays_from_any_working_directory(self):
-        self.game.start(cwd="/")
-        self.game.choose("Relaxed")
-        board = self.game.dealt()
-        self.game.swap(*legal_swap(board))
-        self.settle(board)
+    def test_plays_from_any_working_directory_and_writes_nothing_where_it_must_not(self):
+        self.game.folder.chmod(0o555)
+        self.addCleanup(self.game.folder.chmod, 0o755)
+        before = sorted(self.game.folder.rglob("*"))
+        self.game.start(*AS_ANYBODY, cwd="/").choose("Frantic")
+        self.game.ready()
+        self.desktop.key("ctrl+s")
+        self.desktop.focused("High Scores...")
         self.quit()
+        self.assertEqual(sorted(self.game.folder.rglob("*")), before)
 
     def test_starter_lays_out_scores_once(self):
+        for file in self.game.folder.glob("score*"):
+            file.unlink()
         mine = self.game.folder / "scorema3.gwk"
         mine.write_bytes(struct.pack("<d", 4321))
-        self.game.process = self.desktop.spawn(self.game.folder / "start-glimmerfall", cwd="/")
-        self.desktop.window(CHOOSER)
+        self.desktop.spawn(self.game.folder / "start-glimmerfall", cwd="/")
+        self.close_chooser()
         self.assertEqual(len(list(self.game.folder.glob("score*.gwk"))), 79)
         self.assertEqual(struct.unpack("<d", mine.read_bytes())[0], 4321)
 
@@ -52,111 +57,78 @@ class MovedFolder(RealProgram):
         data = self.desktop.folder / "data"
         environment = os.environ | {"XDG_DATA_HOME": str(data)}
 
-        def change(word):
-            command = [self.game.folder / "menu-entry", word]
+        def run(*command):
             subprocess.run(command, env=environment, check=True, capture_output=True)
 
-        change("add")
+        run(self.game.folder / "menu-entry", "add")
         entry = data / f"applications/{ENTRY}.desktop"
-        subprocess.run(["desktop-file-validate", entry], check=True)
+        run("desktop-file-validate", entry)
         metainfo = self.game.folder / f"share/{ENTRY}.metainfo.xml"
-        validate = ("appstreamcli", "validate", "--no-net", metainfo)
-        subprocess.run(validate, check=True, capture_output=True)
+        run("appstreamcli", "validate", "--no-net", metainfo)
         self.assertEqual(len(list(data.glob(f"icons/hicolor/*/apps/{ENTRY}.png"))), 6)
         self.desktop.spawn("gio", "launch", str(entry))
-        self.desktop.window(CHOOSER)
-        change("remove")
+        self.close_chooser()
+        run(self.game.folder / "menu-entry", "remove")
         self.assertEqual([path for path in data.rglob("*") if path.is_file()], [])
 
 
-class ReadOnlyFolder(RealProgram):
-    starts = False
-
-    def test_plays_and_writes_nothing(self):
-        self.game.folder.chmod(0o555)
-        before = sorted(self.game.folder.rglob("*"))
-        self.game.start(*AS_ANYBODY)
-        self.game.choose("Frantic")
-        self.game.dealt()
-        self.desktop.key("ctrl+s")
-        self.desktop.window("High Scores...")
-        self.desktop.key("Escape")
-        self.assertEqual(sorted(self.game.folder.rglob("*")), before)
-        self.quit()
-
-
-class Command(test_game.unittest.TestCase):
+class Command(unittest.TestCase):
     """`glimmerfall` of an installed system, where the program only tells the path of its start."""
 
     def setUp(self):
-        scratch = tempfile.TemporaryDirectory()
-        self.addCleanup(scratch.cleanup)
-        self.root = Path(scratch.name)
+        self.root = Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.system = shutil.copytree(system, self.root / "usr", symlinks=True)
         self.program = self.system / "lib/glimmerfall/glimmerfall"
         self.program.write_text('#!/bin/sh\necho "$0"\n')
+        self.own = self.root / "ann/.local/share/glimmerfall"
 
     def start(self, player, *before):
         """The folder that the program was started in, and the complaint."""
         home = self.root / player
         home.mkdir(exist_ok=True)
-        environment = {key: value for key, value in os.environ.items() if key != "XDG_DATA_HOME"}
-        result = subprocess.run(
-            [*before, self.system / "games/glimmerfall"],
-            capture_output=True,
-            text=True,
-            check=True,
-            env=environment | {"HOME": str(home)},
-        )
+        ours = ("env", "-u", "XDG_DATA_HOME", f"HOME={home}")
+        command = [*ours, *before, self.system / "games/glimmerfall"]
+        result = subprocess.run(command, capture_output=True, text=True, check=True)
         return Path(result.stdout.strip()).parent, result.stderr
 
     def test_renews_what_it_laid_and_nothing_of_the_player(self):
-        shipped = self.system / "share/games/glimmerfall/music"
-        for track in list(shipped.iterdir())[3:]:
+        shipped, music = self.system / "share/games/glimmerfall/music", self.own / "music"
+        for track in shipped.iterdir():
             track.unlink()
-        a, b, c = sorted(track.name for track in shipped.iterdir())
-        own = self.root / "ann/.local/share/glimmerfall"
-        music = own / "music"
+        for name in "abc":
+            (shipped / name).touch()
 
         def upgrade():
-            for name in (b, c):
+            for name in "bc":
                 (shipped / name).unlink()
-            for name in ("new.mp3", "newer.mp3"):
+            for name in "no":
                 (shipped / name).touch()
 
-        laid, mine = True, False
-        story = (
-            ("first use", lambda: None, {a: laid, b: laid, c: laid}),
-            (
-                "a score",
-                lambda: (own / "score1.gwk").write_bytes(struct.pack("<d", 987)),
-                {a: laid, b: laid, c: laid},
-            ),
-            (
-                "a track added",
-                (music / "new.mp3").touch,
-                {a: laid, b: laid, c: laid, "new.mp3": mine},
-            ),
-            ("a track taken away", (music / a).unlink, {b: laid, c: laid, "new.mp3": mine}),
-            (
-                "a track replaced",
-                lambda: ((music / b).unlink(), (music / b).touch()),
-                {b: mine, c: laid, "new.mp3": mine},
-            ),
-            ("an upgrade", upgrade, {b: mine, "new.mp3": mine, "newer.mp3": laid}),
-        )
-        for what, act, tracks in story:
+        def replace():
+            (music / "b").unlink()
+            (music / "b").touch()
+
+        score = self.own / "score1.gwk"
+        # What happens before a start, and then the tracks that were laid and those of the player.
+        for what, act, laid, mine in (
+            ("first use", lambda: None, "abc", ""),
+            ("a score", lambda: score.write_bytes(struct.pack("<d", 987)), "abc", ""),
+            ("a track added", (music / "n").touch, "abc", "n"),
+            ("a track taken away", (music / "a").unlink, "bc", "n"),
+            ("a track replaced", replace, "c", "bn"),
+            ("an upgrade", upgrade, "o", "bn"),
+        ):
             with self.subTest(what):
                 act()
-                scores = {path.name: path.read_bytes() for path in own.glob("score*")}
-                self.assertEqual(self.start("ann"), (own, ""))
-                self.assertEqual({path.name: path.is_symlink() for path in music.iterdir()}, tracks)
-                after = {path.name: path.read_bytes() for path in own.glob("score*")}
+                scores = {path.name: path.read_bytes() for path in self.own.glob("score*")}
+                self.assertEqual(self.start("ann"), (self.own, ""))
+                links = {path.name: path.is_symlink() for path in music.iterdir()}
+                self.assertEqual(links, dict.fromkeys(laid, True) | dict.fromkeys(mine, False))
+                after = {path.name: path.read_bytes() for path in self.own.glob("score*")}
                 self.assertEqual(after, scores or after)
                 self.assertEqual(len(after), 80)
-                self.assertTrue(
-                    (own / "images/Board.bmp").exists() and (own / "sounds/select.wav").exists()
-                )
+                self.assertTrue((self.own / "images/Board.bmp").exists())
+                self.assertTrue((self.own / "sounds/select.wav").exists())
 
     def test_two_players_have_two_folders(self):
         folders = {self.start(player)[0] for player in ("ann", "ben")}
@@ -164,35 +136,31 @@ class Command(test_game.unittest.TestCase):
 
     def test_home_that_cannot_be_written(self):
         home = self.root / "ann"
-        own = home / ".local/share/glimmerfall"
         home.mkdir()
-        for locked in (home, own):
+        for locked in (home, self.own):
             with self.subTest(locked):
                 locked.chmod(0o555)
                 folder, complaint = self.start("ann", *AS_ANYBODY)
                 self.assertEqual(folder, self.program.parent)
-                self.assertRegex(complaint, f"^glimmerfall: .*{own} cannot .*\n$")
+                self.assertRegex(complaint, f"^glimmerfall: .*{self.own} cannot .*\n$")
                 locked.chmod(0o755)
-                self.assertEqual(self.start("ann"), (own, ""))
+                self.assertEqual(self.start("ann"), (self.own, ""))
 
 
 class LaidOutFolder(RealProgram):
-    starts = False
-
     def test_program_keeps_its_scores_beside_the_link(self):
-        own = self.desktop.folder / ".local/share/glimmerfall"
+        score = self.desktop.folder / ".local/share/glimmerfall/scorere1.gwk"
         self.game.process = self.desktop.spawn(Path(system) / "games/glimmerfall")
         self.game.choose("Relaxed")
-        self.game.dealt()
-        (own / "scorere1.gwk").unlink()
-        self.desktop.key("ctrl+s")
-        wait_for("the table to be read", (own / "scorere1.gwk").exists)
-        shown = self.desktop.run("xprop", "-id", str(self.desktop.window(MAIN)), "WM_CLASS")
+        shown = self.desktop.run("xprop", "-id", str(self.desktop.focused(MAIN)), "WM_CLASS")
         entry = (Path(system) / f"share/applications/{ENTRY}.desktop").read_text()
         named = entry.split("StartupWMClass=")[1].strip()
         self.assertIn(f'"{named}"', shown)
+        score.unlink()
+        self.desktop.key("ctrl+s")
+        wait_for("the table to be read", score.exists)
 
 
 if __name__ == "__main__":
-    test_game.installed, system = sys.argv.pop(1), sys.argv.pop(1)
-    test_game.unittest.main(verbosity=2)
+    system = sys.argv.pop(2)
+    run_tests()

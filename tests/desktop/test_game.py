@@ -4,220 +4,158 @@
 
 Usage: test_game.py FOLDER [test ...], FOLDER being an installed game."""
 
-import shutil
 import subprocess
-import sys
-import time
-import unittest
-import wave
+from pathlib import Path
 
-import numpy as np
+from desktop import CHOOSER, MAIN, RealProgram, Recording, file_level, has_run, illegal_swap
+from desktop import legal_swap, loudest, run_tests, wait_for
 
-from desktop import MAIN, Desktop, Game, illegal_swap, legal_swap, loudest, runs, swaps, wait_for
-
-installed = None
 SILENCE = -70.0  # dB
 EFFECT_LEVEL = -10.0  # dB below the file
-
-
-def file_level(path):
-    with wave.open(str(path)) as file:
-        data = np.frombuffer(file.readframes(file.getnframes()), dtype="<i2")
-        return loudest(data.reshape(-1, file.getnchannels()) / 32768.0)
-
-
-class RealProgram(unittest.TestCase):
-    """A desktop and the game's folder; without music unless a test says otherwise."""
-
-    keep_music = False
-    mode = "Relaxed"
-    starts = True
-    scale = None
-
-    def setUp(self):
-        self.desktop = self.enterContext(Desktop(scale=self.scale))
-        self.game = Game(self.desktop, installed)
-        if not self.keep_music:
-            shutil.rmtree(self.game.folder / "music")
-        if self.starts:
-            self.game.play(self.mode)
-
-    def quit(self):
-        self.game.activate()
-        self.desktop.key("ctrl+q")
-        self.assertEqual(self.game.ended(), 0)
-
-    def settle(self, before):
-        """The board once it rests again and differs from `before`."""
-        return wait_for("another board", lambda: (k := self.game.at_rest()) != before and k)
+EXACT = 0.3  # dB, of which the recording's own resolution takes a part
 
 
 class Playing(RealProgram):
+    def setUp(self):
+        if self.game.process is None:
+            self.game.play("Relaxed")
+        self.board = self.game.ready()
+
     def test_swaps_by_click_and_by_drag(self):
-        board = self.game.at_rest()
-        self.assertFalse(runs(board))
         for swap in (self.game.swap, self.game.drag):
-            swap(*legal_swap(board))
-            after = self.settle(board)
-            self.assertFalse(runs(after), "a run was left standing")
-            board = after
-        for swap in (self.game.swap, self.game.drag):
-            swap(*illegal_swap(board))
-            time.sleep(1.2)
-            self.assertEqual(self.game.at_rest(), board, "a swap without a run changed the board")
-        self.quit()
+            swap(*illegal_swap(self.board))
+            self.assertEqual(self.game.ready(), self.board)
+            swap(*legal_swap(self.board))
+            self.check_change()
 
-    def test_every_press_of_every_button_counts(self):
-        def spins():
-            return None in self.game.sprites.read(self.game.grab())
+    def check_change(self):
+        before, self.board = self.board, self.game.ready()
+        self.assertNotEqual(self.board, before)
+        self.assertFalse(has_run(self.board), "a run was left standing")
 
-        for button in (1, 2, 3):
-            self.game.click(27, button)
-            wait_for("the picked gem to spin", spins)
-            self.game.click(27, button)
-            self.game.at_rest()
-        self.desktop.run("xdotool", "click", "--repeat", "2", "--delay", "30", "1")
-        self.game.at_rest()
-
-    def test_a_picked_gem_shows_its_target(self):
-        quiet = np.asarray(self.game.grab()).astype(int)
-        self.game.click(0)
-        self.desktop.move(2, 2)
-        time.sleep(0.3)
-        rim = np.abs(np.asarray(self.game.grab()).astype(int) - quiet)[:64, :64]
-        rim[6:58, 6:58] = 0
-        self.assertGreater(rim.max(), 60)
-
-
-class Menu(RealProgram):
-    def test_hot_keys_and_mouse(self):
-        board = self.game.at_rest()
-        self.desktop.key("F3")
-        hinted = wait_for("the hinted gem to spin", self.spinning)
-        self.assertEqual(len(hinted), 1)
-        self.assertTrue(any(legal and hinted[0] in (a, b) for a, b, legal in swaps(board)))
-        self.game.click(hinted[0])
-        self.game.at_rest()
-        self.pick_from_menu("Hint")
-        wait_for("the hint of the menu", self.spinning)
-
-    def spinning(self):
-        return [i for i, k in enumerate(self.game.sprites.read(self.game.grab())) if k is None]
-
-    def pick_from_menu(self, entry):
+    def test_menu_is_used_with_the_mouse(self):
         left, top = self.game.place()
         self.desktop.click(left + 20, top - 10)
-        time.sleep(0.3)
-        self.desktop.key({"Hint": "h", "Quit": "q"}[entry])
+        wait_for("the menu", self.game.spinning)
+        self.desktop.key("h")
+        wait_for("the hint of the menu", lambda: len(self.game.spinning()) == 1)
 
     def test_play_sound_silences_and_wakes_the_effects(self):
+        recording = Recording(self.desktop)
         self.desktop.key("ctrl+p")
-        time.sleep(0.2)
-        self.assertLess(self.heard_pick(), SILENCE)
+        wait_for("silence", lambda: loudest(recording.more(0.5)) < SILENCE)
+        start = len(recording.samples())
+        self.game.pick(10)
+        recording.more(1.0)
+        self.assertLess(loudest(recording.samples(start)), SILENCE)
         self.desktop.key("ctrl+p")
-        time.sleep(0.2)
-        expected = file_level(self.game.folder / "sounds/select.wav") + EFFECT_LEVEL
-        self.assertAlmostEqual(self.heard_pick(), expected, delta=0.5)
+        self.hear_pick(recording)
 
-    def heard_pick(self):
-        recording = self.desktop.record()
-        self.game.click(10)
-        time.sleep(0.8)
-        level = loudest(recording.stop())
-        self.game.click(10)
-        return level
+    def test_sound_server_dies_and_returns(self):
+        self.desktop.sound_server.kill()
+        self.desktop.sound_server.wait()
+        self.game.swap(*legal_swap(self.board))
+        self.check_change()
+        self.desktop.start_sound()
+        self.hear_pick(Recording(self.desktop))
+
+    def hear_pick(self, recording):
+        level = file_level(self.game.folder / "sounds/select.wav") + EFFECT_LEVEL
+
+        def pick():
+            self.desktop.key("Escape")
+            self.game.click(10)
+            return loudest(recording.more(0.7)) > level - EXACT
+
+        wait_for("a pick to be heard", pick)
+        self.assertLess(loudest(recording.samples()), level + EXACT)
 
 
-class Ending(RealProgram):
-    def check_end(self, act):
-        start = time.monotonic()
-        act()
+class Scaled(RealProgram):
+    """The whole game with its music."""
+
+    left_out = ()
+    scale = 1.5
+
+    def test_clicks_hit_the_right_gems_and_music_is_heard(self):
+        before = self.game.play("Relaxed").at_rest()
+        self.game.swap(*legal_swap(before))
+        board = self.game.ready()
+        self.assertNotEqual(board, before)
+        self.desktop.key("ctrl+p")
+        recording = Recording(self.desktop)
+        wait_for("the music", lambda: loudest(recording.more(2.0)) > SILENCE)
+        mapped = Path(f"/proc/{self.game.process.pid}/maps").read_text()
+        self.assertIn("mpg123", mapped)
+        self.assertNotIn("libavcodec", mapped, "the libraries of video are loaded for an MP3")
+        self.game.swap(*legal_swap(board))
+        self.quit()
+
+
+class ScaledByTwo(RealProgram):
+    scale = 2
+
+    def test_all_windows_at_once_while_the_game_goes_on(self):
+        self.game.play("Relaxed").pick(0)
+        for keys, title in (
+            ("ctrl+s", "High Scores..."),
+            ("F1", "Learn to Play..."),
+            ("ctrl+a", "About Glimmerfall"),
+        ):
+            self.game.activate()
+            self.desktop.key(keys)
+            self.desktop.focused(title)
+        self.game.activate()
+        self.game.shows_motion()
+        self.desktop.close(MAIN)
         self.assertEqual(self.game.ended(), 0)
-        return time.monotonic() - start
-
-    def test_close_box(self):
-        self.check_end(lambda: self.desktop.close(MAIN))
-
-    def test_quit_by_menu_in_the_midst_of_a_swap(self):
-        self.game.swap(*legal_swap(self.game.at_rest()))
-        self.check_end(lambda: self.desktop.key("ctrl+q"))
 
 
 class Failing(RealProgram):
     """What is missing is told, and nothing crashes."""
 
-    starts = False
-
-    def answer(self, title):
-        self.desktop.window(title)
-        time.sleep(0.2)
+    def told(self, title):
+        self.game.start().choose("Relaxed")
+        self.desktop.focused(title)
         self.desktop.key("Return")
+        self.desktop.gone(title)
 
-    def begin(self):
-        self.game.start()
-        self.game.choose("Relaxed")
+    def without(self, name):
+        file = self.game.folder / name
+        away = file.rename(self.desktop.folder / file.name)
+        self.addCleanup(away.rename, file)
 
     def test_missing_effect_ends_the_program(self):
-        (self.game.folder / "sounds/combo5.wav").unlink()
-        self.begin()
-        self.answer("Glimmerfall")
+        self.without("sounds/combo5.wav")
+        self.told("Glimmerfall")
         self.assertEqual(self.game.ended(), 1)
 
-    def test_damaged_effect_ends_the_program(self):
-        (self.game.folder / "sounds/select.wav").write_bytes(b"RIFF\xff\xff\xff\xffWAVE")
-        self.begin()
-        self.answer("Glimmerfall")
+    def test_no_sound_device_ends_the_program(self):
+        self.game.env = {"ALSOFT_DRIVERS": "pulse", "PULSE_SERVER": "none"}
+        self.addCleanup(self.game.env.clear)
+        self.told("Glimmerfall")
         self.assertEqual(self.game.ended(), 1)
 
     def test_missing_bitmap_is_told_and_the_window_stays(self):
-        (self.game.folder / "images/gemsheet1024x512.bmp").write_bytes(b"BM")
-        self.begin()
-        self.answer("This is uncalled-for!-------")
-        time.sleep(0.5)
-        self.assertIsNone(self.game.process.poll())
+        self.without("images/gemsheet1024x512.bmp")
+        self.told("This is uncalled-for!-------")
         self.quit()
 
-    def test_sound_server_dies_and_returns(self):
-        self.begin()
-        self.game.dealt()
-        self.desktop.sound_server.kill()
-        self.desktop.sound_server.wait()
-        for _ in range(3):
-            self.game.click(20)
-            self.game.click(20)
-        board = self.game.at_rest()
-        self.game.swap(*legal_swap(board))
-        self.settle(board)
-        self.quit()
-
-
-class WithoutSound(RealProgram):
-    starts = False
-
-    def setUp(self):
-        self.desktop = self.enterContext(Desktop(sound=False))
-        self.desktop.env["ALSOFT_DRIVERS"] = "pulse"
-        self.game = Game(self.desktop, installed)
-
-    def test_no_sound_device_ends_the_program(self):
+    def test_closed_chooser_ends_the_program(self):
         self.game.start()
-        self.game.choose("Normal")
-        self.desktop.window("Glimmerfall")
-        time.sleep(0.2)
-        self.desktop.key("Return")
-        self.assertEqual(self.game.ended(), 1)
+        self.desktop.close(CHOOSER)
+        self.assertEqual(self.game.ended(), 0)
 
-
-class WithoutDisplay(unittest.TestCase):
-    def test_one_clear_line(self):
-        command, environment = f"{installed}/glimmerfall", {"PATH": "/usr/bin"}
+    def test_no_display_is_one_clear_line(self):
         result = subprocess.run(
-            command, env=environment, text=True, capture_output=True, check=False
+            ["env", "-u", "DISPLAY", "-u", "WAYLAND_DISPLAY", self.game.folder / "glimmerfall"],
+            text=True,
+            capture_output=True,
+            check=False,
         )
         self.assertEqual(result.returncode, 1)
         self.assertEqual(result.stderr, "glimmerfall: no window can be opened: no display\n")
 
 
 if __name__ == "__main__":
-    installed = sys.argv.pop(1)
-    unittest.main(verbosity=2)
+    run_tests()
