@@ -21,7 +21,21 @@ constexpr std::array<const char*, 8> kGemWords = {
     "purple oval",  "blue drop",       "yellow star",    "pink heart"};
 
 bool IsMove(GameState state) {
-  return state == stateSwapping || state == stateClearing || state == stateFalling;
+  switch (state) {
+    case stateSwapping:
+    case stateClearing:
+    case stateFalling:
+      return true;
+    case stateLoading:
+    case stateIdle:
+    case stateDealing:
+    case stateSelected:
+    case stateShaking:
+    case stateFlyOut:
+    case stateEndMessage:
+      break;
+  }
+  return false;
 }
 
 int16 SelectedGem() {
