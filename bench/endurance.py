@@ -17,7 +17,7 @@ from pathlib import Path
 from statistics import median
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
-from desktop import CHOOSER, MAIN, MODES, Desktop, Game, legal_swaps
+from desktop import CHOOSER, MAIN, MODES, Desktop, Game, swaps
 from load import status_of
 from measure import FrameTimes, with_frame_log
 from play_by_keys import is_empty
@@ -219,7 +219,7 @@ class Player:
         elif dice < 0.06:
             self.desktop.key("F3")
         else:
-            legal = legal_swaps(kinds)
+            legal = list(swaps(kinds))
             if legal:  # a game that is lost for want of a move stands still for a frame
                 (self.game.swap if dice < 0.8 else self.game.drag)(*random.choice(legal))
                 self.swaps += 1

@@ -13,7 +13,7 @@ from pathlib import Path
 import numpy as np
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "tests/desktop"))
-from desktop import BOARD, CHOOSER, MAIN, MODES, Desktop, Game, legal_swaps
+from desktop import BOARD, CHOOSER, MAIN, MODES, Desktop, Game, swaps
 
 # Won before the hands are taken off.
 LEVELS = {"Normal": 1, "Frantic": 0, "Marathon": 0, "Relaxed": 1000}
@@ -32,7 +32,7 @@ def moves_left(kinds, a, b):
     """A guess at the moves behind this one: those of the board with the two gems exchanged."""
     kinds = list(kinds)
     kinds[a], kinds[b] = kinds[b], kinds[a]
-    return len(legal_swaps(kinds))
+    return len(list(swaps(kinds)))
 
 
 class KeyPlayer:
@@ -61,7 +61,7 @@ class KeyPlayer:
 
     def step(self):
         kinds = self.game.sprites.read(self.game.grab())
-        moves = [] if None in kinds else legal_swaps(kinds)
+        moves = [] if None in kinds else list(swaps(kinds))
         if not moves or not self.wants_to_play():
             time.sleep(0.1)
             return

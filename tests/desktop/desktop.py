@@ -102,15 +102,12 @@ class Desktop:
         return done.stdout
 
     def _start_screen(self):
-        read, write = os.pipe()
         width, height = self.size
-        screen = f"-displayfd {write} -screen 0 {width}x{height}x24 -nolisten tcp -noreset"
-        self.spawn("Xvfb", *screen.split(), pass_fds=[write])
-        os.close(write)
-        with os.fdopen(read) as pipe:
-            number = pipe.readline().strip()
+        screen = f"-displayfd 1 -screen 0 {width}x{height}x24 -nolisten tcp -noreset"
+        with self.spawn("Xvfb", *screen.split(), stdout=subprocess.PIPE).stdout as pipe:
+            number = pipe.readline()
         assert number, "the screen in memory did not start"
-        self.env["DISPLAY"] = self.display = ":" + number
+        self.env["DISPLAY"] = self.display = f":{int(number)}"
         Desktop.shown = self
 
     def _start_manager(self):
@@ -137,8 +134,8 @@ class Desktop:
         search = ("xdotool", "search", "--onlyvisible", "--name", f"^{title}$")
         return [int(window) for window in self.run(*search, check=False).split()]
 
-    def window(self, title, patience=PATIENCE):
-        return wait_for(f"the window '{title}'", lambda: self.windows(title), patience)[0]
+    def window(self, title):
+        return wait_for(f"the window '{title}'", lambda: self.windows(title))[0]
 
     def gone(self, title):
         wait_for(f"the window '{title}' to go", lambda: not self.windows(title))
@@ -369,7 +366,7 @@ def has_run(kinds):
     return any(line[i] == line[i + 1] == line[i + 2] for line in lines for i in range(BOARD - 2))
 
 
-def swaps(kinds, legal):
+def swaps(kinds, legal=True):
     """The swaps of unlike neighbours that make a run, or those that make none, as (a, b)."""
     for a in range(BOARD * BOARD):
         for b in [a + 1] * (a % BOARD < BOARD - 1) + [a + BOARD] * (a < BOARD * (BOARD - 1)):
@@ -379,16 +376,8 @@ def swaps(kinds, legal):
                 yield a, b
 
 
-def legal_swaps(kinds):
-    return list(swaps(kinds, True))
-
-
 def legal_swap(kinds):
-    return next(swaps(kinds, True))
-
-
-def illegal_swap(kinds):
-    return next(swaps(kinds, False))
+    return next(swaps(kinds))
 
 
 class RealProgram(unittest.TestCase):
