@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Who gets into a table, at which place, and which files that changes.
+#include <algorithm>
 #include <cstdlib>
+#include <limits>
+#include <random>
+#include <regex>
 
+#include "scores/CodePage.h"
 #include "scores/basMiscelFunctions.h"
 #include "scores/basScoreTables.h"
 #include "tests/platform/Twin.h"
-#include "tests/scores/FaultyFiles.h"
 #include "tests/scores/ScoreFixture.h"
 
 namespace glimmerfall {
@@ -35,47 +39,78 @@ TEST_F(Entry, OnlyAGreaterScoreTakesThePlaceOfALowerOne) {
   for (const auto& [points, rank] : std::vector<std::pair<double, int>>{
            {501, 1}, {500, 2}, {400, 4}, {300, 5}, {41, 10}, {40, kNoRank}, {0, kNoRank}})
     EXPECT_EQ(RankOf(points), rank) << points;
-  Store(FilesOf(modeNormal, {{10, 20, 99, 70, 90, 80, 70, 60, 50, 40}, names}));
-  EXPECT_EQ(RankOf(75), 1) << "whatever the order";
 }
 
 TEST_F(Entry, AFreshFolderTakesAnyScoreAboveZero) {
   EXPECT_EQ(RankOf(0), kNoRank);
   EXPECT_EQ(RankOf(1), 1);
-  EXPECT_EQ(Files().size(), 10U);
+  EXPECT_EQ(Files().size(), std::size_t{kPlaces});
   EXPECT_EQ(Bytes("score10.gwk"), "");
 }
 
-TEST_F(Entry, ANewScorePushesTheRestOfItsOwnTableDown) {
-  StoreTables();
-  Snapshot expected = Files();
-  for (const Mode& row : kModes) {
-    Table table = SampleTable(row.mode);
-    gameMode = row.mode;
-    for (const int rank : {10, 4, 1}) {
-      const double points = table.scores[static_cast<std::size_t>(rank) - 1] + 1;
-      table.scores.insert(table.scores.begin() + rank - 1, points);
-      table.names.insert(table.names.begin() + rank - 1, "New");
-      table.scores.pop_back();
-      table.names.pop_back();
-      for (const auto& [file, bytes] : FilesOf(row.mode, table))
-        expected[file] = bytes;
-      Enter("New", points);
-      EXPECT_EQ(Files(), expected) << row.name << " rank " << rank;
+std::string FileName(const std::string& path) {
+  return path.substr(path.find_last_of('/') + 1);
+}
+
+// What a file may hold: as it should, random bytes, or what lines and doubles are easily broken by.
+std::string AnyBytes(std::mt19937& random) {
+  using Limits = std::numeric_limits<double>;
+  const std::vector<std::string> hard = {ScoreBytes(static_cast<double>(random() % 9)),
+                                         ScoreBytes(Limits::infinity()),
+                                         ScoreBytes(Limits::quiet_NaN()),
+                                         ScoreBytes(Limits::lowest()),
+                                         ScoreBytes(Limits::denorm_min()),
+                                         "\n\r",
+                                         "\r\r\n"};
+  if (random() % 2 == 0) return hard[random() % hard.size()];
+  const unsigned values = random() % 2 == 0 ? 256 : 16;
+  std::string bytes(random() % 40, '\0');
+  for (char& byte : bytes)
+    byte = static_cast<char>(random() % values);
+  return bytes;
+}
+
+TEST_F(Entry, ANewScorePushesTheRestOfItsTableDownWhateverTheFilesHold) {
+  const std::regex whole("( [1-9]|10) -- [^\r\n]* -- -?[0-9]+");
+  constexpr unsigned kSeeds = 300;
+  for (unsigned seed = 1; seed <= kSeeds; ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    gameMode = kModes[random() % kModeCount].mode;
+    Snapshot expected = SampleFiles();
+    for (auto& [file, bytes] : expected)
+      if (seed % 2 == 0) bytes = AnyBytes(random);
+    Store(expected);
+    const int rank = RankOf(static_cast<double>(random() % 5000));
+    const ScoreTable before = ReadScores(gameMode);
+    const auto* const lower =
+        std::find_if(before.begin() + 1, before.end(), [](double old) { return old < score; });
+    ASSERT_EQ(rank, lower == before.end() ? kNoRank : lower - before.begin());
+    std::string above;  // the name of the place above
+    for (int place = 1; place <= kPlaces; ++place) {
+      ASSERT_TRUE(std::regex_match(TableLine(gameMode, place), whole));
+      const auto name = NameFile(gameMode, place);
+      const std::string old = ToCodePage(ReadLastLine(name));
+      const auto at = static_cast<std::size_t>(place);
+      const double points = place == rank ? score : before[at - (place > rank ? 1 : 0)];
+      if (rank != kNoRank)
+        expected[FileName(ScoreFile(gameMode, place))].replace(0, 8, ScoreBytes(points));
+      if (place >= rank) expected[FileName(name)] = (place == rank ? "New" : above) + "\r\n";
+      above = old;
     }
+    EnterHighScore("New");
+    ASSERT_EQ(Files(), expected);
   }
 }
 
 TEST_F(Entry, FifteenCharactersOfANameAreStored) {
-  const std::vector<std::pair<std::string, std::string>> cases = {
-      {"", ""},
-      {"123456789012345", "123456789012345"},
-      {"1234567890123456", "123456789012345"},
-      {"\u4E2D2345678901234\u20AC6", "?2345678901234\x80"},
-      {"two\r\nlines", "two  lines"},
-  };
   double points = 1;
-  for (const auto& [typed, stored] : cases) {
+  for (const auto& [typed, stored] : std::vector<std::pair<std::string, std::string>>{
+           {"", ""},
+           {"123456789012345", "123456789012345"},
+           {"1234567890123456", "123456789012345"},
+           {"\u4E2D2345678901234\u20AC6", "?2345678901234\x80"},
+           {"two\r\nlines", "two  lines"}}) {
     Enter(typed, points++);
     EXPECT_EQ(Bytes("scorename1.gwk"), stored + "\r\n") << typed;
   }
@@ -89,21 +124,19 @@ TEST_F(Entry, AMissingNameMovesDownAsItsErrorText) {
 }
 
 TEST_F(Entry, AGameWithoutARankEntersNothing) {
-  StoreTables();
-  const Snapshot before = Files();
-  score = 5000;
+  Store(SampleFiles());
   for (const int16 rank : {kNoRank, int16{0}, int16{11}, int16{-1}}) {
     newScoreRank = rank;
     EnterHighScore("Ann");
-    EXPECT_EQ(Files(), before) << rank;
+    EXPECT_EQ(Files(), SampleFiles()) << rank;
   }
 }
 
 TEST_F(Entry, EventsWhileNamesAreReadDoNotDisturbTheEntry) {
-  StoreTables();
+  Store(SampleFiles());
   Enter("Ann", 5000);
   const Snapshot expected = Files();
-  StoreTables();
+  Store(SampleFiles());
   twin::OnEveryPlace([] {
     ReadScores(modeNormal);
     gameMode = modeFrantic;
@@ -122,8 +155,8 @@ TEST_F(Entry, AResetBringsBackTheTablesOfAnInstalledGame) {
     expected.merge(FilesOf(row.mode, {std::vector<double>(kPlaces, 100),
                                       std::vector<std::string>(kPlaces, "Norvane Games")}));
   EXPECT_EQ(Files(), expected);
-  StoreTables();
-  Store("scorema3.gwk", ScoreBytes(1) + "tail");
+  Store(SampleFiles());
+  Store({{"scorema3.gwk", ScoreBytes(1) + "tail"}});
   expected["scorema3.gwk"] += "tail";
   scoresNormal[1] = 7;
   ResetScoreTables();

@@ -22,11 +22,11 @@ struct Table {
   std::vector<std::string> names;
 };
 
-/// Falling scores and numbered names; no two modes have one in common.
-Table SampleTable(GameMode mode);
-
 /// What the files of a mode with this table hold.
 Snapshot FilesOf(GameMode mode, const Table& table);
+
+/// Tables of falling scores and numbered names in all modes; no two modes have one in common.
+Snapshot SampleFiles();
 
 /// The 8 bytes of a score file.
 std::string ScoreBytes(double value);
@@ -39,11 +39,8 @@ class ScoreTest : public testing::Test {
   std::string Path(const std::string& file) const { return scratch_.Path(file); }
   std::string Bytes(const std::string& file) const { return Files()[file]; }
   Snapshot Files() const;
-  /// Replaces the file by exactly these bytes.
-  void Store(const std::string& file, const std::string& bytes) const;
+  /// Replaces files by exactly these.
   void Store(const Snapshot& files) const;
-  /// Replaces all tables by sample tables.
-  void StoreTables() const;
 
   const ScratchFolder scratch_;
   const std::string& folder_ = scratch_.Path();
