@@ -18,8 +18,8 @@ class Words : public GameTest {
  protected:
   void SetUp() override {
     GameTest::SetUp();
-    SetBoard(QuietBoard({{1, {16, 18, 19, 56, 57, 59}}}));
     gameMode = modeRelaxing;
+    SetBoard(QuietBoard({{1, {16, 18, 19, 56, 57, 59}}}));
     news.Look();
   }
 
