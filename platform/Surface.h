@@ -5,7 +5,6 @@
 #pragma once
 
 #include "platform/Frame.h"
-
 #include "platform/Window.h"
 
 namespace platform {
@@ -95,10 +94,11 @@ class Surface {
 class DisplayDevice {
  public:
   virtual ~DisplayDevice() = default;
-  virtual void SetCooperativeLevel(WindowHandle window) = 0;
-  virtual std::shared_ptr<Surface> CreatePrimarySurface() = 0;
+  /// Plain windowed use needs nothing of the window.
+  virtual void SetCooperativeLevel(WindowHandle) {}
+  std::shared_ptr<Surface> CreatePrimarySurface() { return CreateSurface({}); }
   /// A black surface.
-  virtual std::shared_ptr<Surface> CreateSurface(Size size) = 0;
+  std::shared_ptr<Surface> CreateSurface(Size size) { return std::make_shared<Surface>(size); }
   /// A surface that holds the bitmap file at `path` and has its size. Throws Error for a file that
   /// is missing, no bitmap, damaged, or larger than 4096 pixels a side.
   virtual std::shared_ptr<Surface> CreateSurfaceFromFile(const std::string& path) = 0;

@@ -3,6 +3,7 @@
 // board.
 #include <QFontMetrics>
 #include <QPointer>
+#include <tuple>
 
 #include "platform/Surface.h"
 #include "platform/desktop/BoardView.h"
@@ -30,17 +31,6 @@ class WidgetClipper : public Clipper {
 
 class Display : public DisplayDevice {
  public:
-  // Plain windowed use needs nothing of the window.
-  void SetCooperativeLevel(WindowHandle) override {}
-
-  std::shared_ptr<Surface> CreatePrimarySurface() override {
-    return std::make_shared<Surface>(Size{});
-  }
-
-  std::shared_ptr<Surface> CreateSurface(Size size) override {
-    return std::make_shared<Surface>(size);
-  }
-
   std::shared_ptr<Surface> CreateSurfaceFromFile(const std::string& path) override {
     auto pixels = std::make_shared<const Pixels>(path);
     const Size size = pixels->GetSize();
@@ -52,9 +42,16 @@ class Display : public DisplayDevice {
 
 }  // namespace
 
+// The last answer is kept: the toolkit shapes a text to measure it, and the status asks for the
+// same one in each frame.
 Size MeasureText(const Font& font, const std::string& text) {
+  static std::tuple<Font, std::string, Size> measured;
+  auto& [lastFont, lastText, size] = measured;
+  if (font == lastFont && text == lastText) return size;
   const QFontMetrics metrics(desktop::ToQFont(font));
-  return {metrics.horizontalAdvance(QString::fromStdString(text)), metrics.height()};
+  measured = {font, text,
+              Size{metrics.horizontalAdvance(QString::fromStdString(text)), metrics.height()}};
+  return size;
 }
 
 void GetWindowRect(WindowHandle window, Rect& rect) {

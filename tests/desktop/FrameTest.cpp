@@ -74,21 +74,18 @@ class Screen : public platform::Clipper {
     return std::memcmp(all->constScanLine(top), full_.constBits(), size) == 0;
   }
 
-  // Covered, covered in part, asked to repaint a part, or shown at another ratio in between.
+  // Covered, covered in part, or shown at another ratio in between.
   void Disturb() {
     const auto below = [&](int count) { return static_cast<int>(random_()) % count; };
-    const QRect part(below(400), below(400), 1 + below(200), 1 + below(200));
-    switch (frames_ / kDisturbedEvery % 4) {
+    switch (frames_ / kDisturbedEvery % 3) {
       case 0:
         window_.hide();
         return Expose();
       case 1:
-        cover_.setGeometry(part);
+        cover_.setGeometry(below(400), below(400), 1 + below(200), 1 + below(200));
         cover_.show();
         QApplication::processEvents();
         return cover_.hide();
-      case 2:
-        return view_.update(part);
       default: {
         QImage other;
         Repaint(other, view_.devicePixelRatio() + 0.25);

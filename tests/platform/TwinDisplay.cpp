@@ -25,13 +25,6 @@ class TwinClipper : public Clipper {
 
 class TwinDisplay : public DisplayDevice {
  public:
-  void SetCooperativeLevel(WindowHandle) override {}
-  std::shared_ptr<Surface> CreatePrimarySurface() override {
-    return std::make_shared<Surface>(Size{});
-  }
-  std::shared_ptr<Surface> CreateSurface(Size size) override {
-    return std::make_shared<Surface>(size);
-  }
   std::shared_ptr<Surface> CreateSurfaceFromFile(const std::string& path) override {
     const std::string name = twin::FileName(path);
     twin::ThrowIfBroken(name);
