@@ -17,10 +17,6 @@ enum class GraphEvent : std::int32_t {
   RenderFailed = 4,  ///< the file turned out not to be playable at all
 };
 
-/// What a graph plays: a sound that answers to something is heard as soon as it can be, music is
-/// handed to the device in portions as large as its volume allows, which lets the machine rest.
-enum class GraphUse { SingleSound, Music };
-
 class FilterGraph {
  public:
   /// Ends the sound. What blocks in taking the graph down happens off the caller's thread.
@@ -44,6 +40,6 @@ class FilterGraph {
 
 /// A new graph. The media library is brought up off the caller's thread at the first one; files
 /// opened before it is ready start as soon as it is.
-std::shared_ptr<FilterGraph> CreateFilterGraph(GraphUse use);
+std::shared_ptr<FilterGraph> CreateFilterGraph();
 
 }  // namespace platform

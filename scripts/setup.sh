@@ -13,14 +13,14 @@ fail() {
 
 # What the game needs to run, to be built, and to be tested.
 run_packages=(
-  libqt6widgets6 libopenal1 libsndfile1 libgstreamer1.0-0
+  libqt6widgets6 libopenal1 libsndfile1 libgstreamer1.0-0 libpulse0
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
   gstreamer1.0-plugins-ugly gstreamer1.0-libav gstreamer1.0-alsa
   timgm6mb-soundfont fonts-liberation fonts-dejavu-core
 )
 build_packages=(
   build-essential cmake ninja-build pkg-config
-  qt6-base-dev libopenal-dev libsndfile1-dev libgstreamer1.0-dev
+  qt6-base-dev libopenal-dev libsndfile1-dev libgstreamer1.0-dev libpulse-dev
 )
 test_packages=(
   libgtest-dev libbenchmark-dev xvfb openbox xdotool wmctrl x11-utils pulseaudio pulseaudio-utils

@@ -74,7 +74,7 @@ void DXAudio::PlayBackground(const std::string& File) {
 }
 
 void DXAudio::OpenBackground(const std::string& path) {
-  backgroundControl = platform::CreateFilterGraph(platform::GraphUse::Music);
+  backgroundControl = platform::CreateFilterGraph();
   if (!backgroundControl->RenderFile(path)) {
     backgroundControl.reset();
     return;
@@ -99,7 +99,7 @@ void DXAudio::PlayForeground2(const std::string& AudioFile) {
 
 bool DXAudio::OpenForeground(const std::string& path, int32 volume) {
   if (!platform::IsFile(path)) return false;
-  const auto graph = platform::CreateFilterGraph(platform::GraphUse::SingleSound);
+  const auto graph = platform::CreateFilterGraph();
   if (!graph->RenderFile(path)) return false;
   graph->SetVolume(volume);
   foregroundOpening = graph;

@@ -21,7 +21,6 @@ namespace desktop {
 
 namespace {
 
-constexpr const char* kDefaultSink = "autoaudiosink";
 constexpr const char* kMp3Decoder = "mpg123audiodec";
 
 // The C library would give each thread of a stream a heap of its own and keep what a stream held in
@@ -76,8 +75,7 @@ bool CanBeOpened(const std::string& path) {
 
 class DesktopGraph : public FilterGraph {
  public:
-  DesktopGraph(GraphUse use, const std::string& sink)
-      : stream_(std::make_shared<MediaStream>(use, sink)) {}
+  explicit DesktopGraph(const std::string& sink) : stream_(std::make_shared<MediaStream>(sink)) {}
   DesktopGraph(const DesktopGraph&) = delete;
   DesktopGraph& operator=(const DesktopGraph&) = delete;
   // What was asked of the stream before comes first, and only then is it taken down.
@@ -92,10 +90,14 @@ class DesktopGraph : public FilterGraph {
     Post([path](MediaStream& stream) { stream.Open(path); });
     return true;
   }
-  void Run() override { PostState(GST_STATE_PLAYING); }
-  void Pause() override { PostState(GST_STATE_PAUSED); }
+  void Run() override {
+    Post([](MediaStream& stream) { stream.Run(); });
+  }
+  void Pause() override {
+    Post([](MediaStream& stream) { stream.Pause(); });
+  }
   // A stopped stream keeps its place. It is not taken down before it is let go, which may block.
-  void Stop() override { PostState(GST_STATE_PAUSED); }
+  void Stop() override { Pause(); }
   void SetVolume(std::int32_t hundredths) override {
     volume_ = std::clamp(hundredths, kSilence, kFullLevel);
     Post([gain = GainOf(volume_)](MediaStream& stream) { stream.SetGain(gain); });
@@ -108,9 +110,6 @@ class DesktopGraph : public FilterGraph {
   template <typename Work>
   void Post(Work work) {
     OpeningQueue().Post([stream = stream_, work = std::move(work)] { work(*stream); });
-  }
-  void PostState(GstState state) {
-    Post([state](MediaStream& stream) { stream.SetState(state); });
   }
 
   std::shared_ptr<MediaStream> stream_;
@@ -126,7 +125,7 @@ void WarmUpMedia() {
 }
 
 std::shared_ptr<FilterGraph> CreateFilterGraphInto(const std::string& sink) {
-  return std::make_shared<DesktopGraph>(GraphUse::SingleSound, sink);
+  return std::make_shared<DesktopGraph>(sink);
 }
 
 void WaitUntilMediaIdle() {
@@ -136,8 +135,8 @@ void WaitUntilMediaIdle() {
 
 }  // namespace desktop
 
-std::shared_ptr<FilterGraph> CreateFilterGraph(GraphUse use) {
-  return std::make_shared<desktop::DesktopGraph>(use, desktop::kDefaultSink);
+std::shared_ptr<FilterGraph> CreateFilterGraph() {
+  return desktop::CreateFilterGraphInto("");
 }
 
 }  // namespace platform

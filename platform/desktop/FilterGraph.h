@@ -13,7 +13,7 @@ namespace platform::desktop {
 void WarmUpMedia();
 
 /// A graph that plays into `sink`, a pipeline description in the words of the library. The game's
-/// graphs play into the default sound device; a test reads the samples instead.
+/// graphs play into the sound server or the default device; a test reads the samples instead.
 std::shared_ptr<FilterGraph> CreateFilterGraphInto(const std::string& sink);
 
 /// Waits until every stream that was let go is taken down. For tests alone: the game never waits.

@@ -9,17 +9,25 @@ namespace platform::desktop {
 
 namespace {
 
-// Samples are scaled as floats, so that a low level is as exact as a high one, and before the sink,
-// so that the level does not depend on how a sound server scales.
-constexpr const char* kPipeline =
+constexpr const char* kDecoding =
     "filesrc name=file ! decodebin caps=audio/x-raw expose-all-streams=false ! "
-    "audioconvert name=decoded ! audio/x-raw,format=F32LE ! volume name=level ! audioconvert ! "
-    "audioresample ! ";
+    "audioconvert name=decoded ! ";
 
-// What stands between the level and the device is heard at the old level, so it is short of a tenth
+constexpr const char* kIntoServer =
+    "audioresample ! audio/x-raw,format=F32LE,layout=interleaved,channels=2,rate=44100 ! "
+    "fakesink name=samples signal-handoffs=true sync=false";
+static_assert(ServerStream::kRate == 44100);
+
+// Samples are scaled as floats, so that a low level is as exact as a high one, and before the sink,
+// so that the level does not depend on how a device scales.
+constexpr const char* kIntoSink =
+    "audio/x-raw,format=F32LE ! volume name=level ! audioconvert ! audioresample ! ";
+constexpr const char* kDefaultSink = "autoaudiosink";
+
+// What stands between the level and a device is heard at the old level, so it is short of a tenth
 // of a second. In microseconds.
-constexpr gint64 kMusicBufferTime = 70'000;
-constexpr gint64 kMusicPortionTime = 35'000;
+constexpr gint64 kBufferTime = 70'000;
+constexpr gint64 kPortionTime = 35'000;
 
 // MIDI is rendered by fluiddec. It would take the first soundfont that it finds.
 constexpr const char* kMidiDecoder = "fluiddec";
@@ -47,8 +55,8 @@ GstPadProbeReturn OfferNoRandomAccess(GstPad*, GstPadProbeInfo* info, gpointer) 
   return GST_PAD_PROBE_HANDLED;
 }
 
-// A stream that has ended would go on asking the device for room. Unless it is being taken down by
-// now, it lets go of the device.
+// A stream that has ended would go on filling the device. Unless it is being taken down by now, it
+// lets go of it.
 void LetGoOfDevice(GstElement* pipeline, gpointer) {
   GST_STATE_LOCK(pipeline);
   if (GST_STATE_TARGET(pipeline) == GST_STATE_PLAYING)
@@ -62,7 +70,7 @@ bool HasProperty(GstElement* element, const char* name) {
 
 }  // namespace
 
-MediaStream::MediaStream(GraphUse use, std::string sink) : use_(use), sink_(std::move(sink)) {}
+MediaStream::MediaStream(std::string sink) : sink_(std::move(sink)) {}
 
 MediaStream::~MediaStream() {
   Close();
@@ -83,8 +91,10 @@ void MediaStream::Open(const std::string& path) {
 }
 
 bool MediaStream::Build(const std::string& path) {
+  if (sink_.empty()) server_ = ServerStream::Connect();
+  const std::string intoSink = kIntoSink + (sink_.empty() ? kDefaultSink : sink_);
   GError* missing = nullptr;
-  pipeline_ = gst_parse_launch((kPipeline + sink_).c_str(), &missing);
+  pipeline_ = gst_parse_launch((kDecoding + (server_ ? kIntoServer : intoSink)).c_str(), &missing);
   const bool built = pipeline_ != nullptr && missing == nullptr;
   g_clear_error(&missing);
   if (!built) return false;
@@ -93,7 +103,29 @@ bool MediaStream::Build(const std::string& path) {
   gst_pad_add_probe(PadOf(pipeline_, "file", "src").get(), GST_PAD_PROBE_TYPE_QUERY_UPSTREAM,
                     OfferNoRandomAccess, nullptr, nullptr);
   level_ = gst_bin_get_by_name(GST_BIN(pipeline_), "level");
+  if (server_) PlayIntoServer();
   return true;
+}
+
+void MediaStream::PlayIntoServer() {
+  const Owned<GstElement> samples(gst_bin_get_by_name(GST_BIN(pipeline_), "samples"));
+  g_signal_connect(samples.get(), "handoff", G_CALLBACK(OnSamples), this);
+  gst_pad_add_probe(PadOf(pipeline_, "samples", "sink").get(), GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM,
+                    OnLastSamples, this, nullptr);
+}
+
+void MediaStream::Run() {
+  if (server_) server_->SetPaused(false);
+  SetState(GST_STATE_PLAYING);
+}
+
+// The pipeline of a server's stream waits for room there.
+void MediaStream::Pause() {
+  if (server_) {
+    server_->SetPaused(true);
+  } else {
+    SetState(GST_STATE_PAUSED);
+  }
 }
 
 void MediaStream::SetState(GstState state) {
@@ -105,9 +137,11 @@ void MediaStream::SetState(GstState state) {
 void MediaStream::SetGain(double gain) {
   gain_ = gain;
   if (level_ != nullptr) g_object_set(level_, "volume", gain, nullptr);
+  if (server_) server_->SetGain(gain);
 }
 
 void MediaStream::Close() {
+  if (server_) server_->CutOff();
   if (pipeline_ != nullptr) {
     gst_element_set_state(pipeline_, GST_STATE_NULL);
     const Owned<GstBus> bus(gst_element_get_bus(pipeline_));
@@ -123,16 +157,17 @@ void MediaStream::End(GraphEvent event) {
   event_.compare_exchange_strong(none, event);
 }
 
+void MediaStream::Finish(GraphEvent event) {
+  End(rendered_ ? event : GraphEvent::RenderFailed);
+  gst_element_call_async(pipeline_, LetGoOfDevice, nullptr, nullptr);
+}
+
 // An end or an error before any data means that there is nothing to play.
 GstBusSyncReply MediaStream::OnMessage(GstBus*, GstMessage* message, gpointer stream) {
   auto* self = static_cast<MediaStream*>(stream);
   const GstMessageType type = GST_MESSAGE_TYPE(message);
-  if (type == GST_MESSAGE_EOS || type == GST_MESSAGE_ERROR) {
-    const bool ended = type == GST_MESSAGE_EOS;
-    const GraphEvent played = ended ? GraphEvent::Complete : GraphEvent::ErrorAbort;
-    self->End(self->rendered_ ? played : GraphEvent::RenderFailed);
-    gst_element_call_async(self->pipeline_, LetGoOfDevice, nullptr, nullptr);
-  }
+  if (type == GST_MESSAGE_EOS) self->Finish(GraphEvent::Complete);
+  if (type == GST_MESSAGE_ERROR) self->Finish(GraphEvent::ErrorAbort);
   gst_message_unref(message);
   return GST_BUS_DROP;
 }
@@ -142,14 +177,29 @@ GstPadProbeReturn MediaStream::OnFirstData(GstPad*, GstPadProbeInfo*, gpointer s
   return GST_PAD_PROBE_REMOVE;
 }
 
-void MediaStream::OnElement(GstBin*, GstBin*, GstElement* element, gpointer stream) {
+void MediaStream::OnElement(GstBin*, GstBin*, GstElement* element, gpointer) {
   GstElementFactory* factory = gst_element_get_factory(element);
   if (factory != nullptr && std::string_view(GST_OBJECT_NAME(factory)) == kMidiDecoder)
     g_object_set(element, "soundfont", kSoundfont, "synth-gain", kSynthGain, nullptr);
-  if (static_cast<MediaStream*>(stream)->use_ == GraphUse::Music &&
-      HasProperty(element, "buffer-time") && HasProperty(element, "latency-time"))
-    g_object_set(element, "buffer-time", kMusicBufferTime, "latency-time", kMusicPortionTime,
-                 nullptr);
+  if (HasProperty(element, "buffer-time") && HasProperty(element, "latency-time"))
+    g_object_set(element, "buffer-time", kBufferTime, "latency-time", kPortionTime, nullptr);
+}
+
+void MediaStream::OnSamples(GstElement*, GstBuffer* buffer, GstPad*, gpointer stream) {
+  auto* self = static_cast<MediaStream*>(stream);
+  GstMapInfo map;
+  if (gst_buffer_map(buffer, &map, GST_MAP_READ) == FALSE) return;
+  const auto* samples = reinterpret_cast<const float*>(map.data);
+  if (!self->server_->Write({samples, map.size / sizeof(float)}))
+    self->Finish(GraphEvent::ErrorAbort);
+  gst_buffer_unmap(buffer, &map);
+}
+
+// The end of the samples comes to the sink, and is told, only when all of them have been heard.
+GstPadProbeReturn MediaStream::OnLastSamples(GstPad*, GstPadProbeInfo* info, gpointer stream) {
+  if (GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) == GST_EVENT_EOS)
+    static_cast<MediaStream*>(stream)->server_->Finish();
+  return GST_PAD_PROBE_OK;
 }
 
 }  // namespace platform::desktop

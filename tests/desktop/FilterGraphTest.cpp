@@ -3,9 +3,15 @@
 #include <gst/gst.h>
 #include <gtest/gtest.h>
 #include <malloc.h>
+#include <sys/types.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
+#include <cmath>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -103,6 +109,80 @@ std::size_t HeapKilobytes() {
   return (heap.uordblks + heap.hblkhd) / 1024;
 }
 
+// A program that runs beside the test, and what it writes.
+class Program {
+ public:
+  explicit Program(const std::string& command)
+      : output_(popen(("echo $$; exec " + command).c_str(), "r")) {
+    std::array<char, 16> line;
+    process_ = std::atoi(fgets(line.data(), line.size(), output_));
+  }
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+  ~Program() {
+    kill(process_, SIGKILL);
+    pclose(output_);
+  }
+  FILE* Output() { return output_; }
+
+ private:
+  FILE* output_;
+  pid_t process_;
+};
+
+// A sound server for this test alone, and a recording of what it plays.
+class SoundServer {
+ public:
+  SoundServer() {
+    const std::string socket = folder_.Path("socket");
+    setenv("PULSE_SERVER", ("unix:" + socket).c_str(), 1);
+    server_ = std::make_unique<Program>(
+        "env HOME=" + folder_.Path() + " XDG_RUNTIME_DIR=" + folder_.Path() +
+        " pulseaudio -n --exit-idle-time=-1 --use-pid-file=no --load='module-null-sink "
+        "sink_name=out rate=44100' --load='module-native-protocol-unix socket=" +
+        socket + "' 2>/dev/null");
+    while (std::system("pactl info >/dev/null 2>&1") != 0)
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    recorder_ = std::make_unique<Program>(
+        "parec -d out.monitor --format=float32le --rate=44100 --channels=2 --latency-msec=10");
+    Record(1);
+  }
+  SoundServer(const SoundServer&) = delete;
+  SoundServer& operator=(const SoundServer&) = delete;
+  ~SoundServer() { setenv("PULSE_SERVER", "none", 1); }
+
+  void Kill() { server_.reset(); }
+  static bool HasStreams() { return std::system("pactl list short sink-inputs | grep -q .") == 0; }
+  /// Waits for this much more.
+  std::vector<float> Record(std::size_t frames) {
+    std::vector<float> more(2 * frames);
+    EXPECT_EQ(fread(more.data(), sizeof(float), more.size(), recorder_->Output()), more.size());
+    heard_.insert(heard_.end(), more.begin(), more.end());
+    return more;
+  }
+  /// Whether the tone comes to this level within seconds.
+  bool ComesTo(double level, double exact = kExact) {
+    constexpr std::size_t kTenPeriods = 1000;
+    for (int i = 0; i < 200; ++i)
+      if (std::abs(tones::Level(Record(kTenPeriods), 0, 0, kTenPeriods) - level) < exact)
+        return true;
+    return false;
+  }
+  bool FallsSilent() { return ComesTo(-150, 50); }
+  /// Without those that are 0.
+  double HeardFrames() const {
+    return static_cast<double>(heard_.size() -
+                               static_cast<std::size_t>(std::ranges::count(heard_, 0.0F))) /
+           2;
+  }
+
+ private:
+  const ScratchFolder folder_;
+  std::unique_ptr<Program> server_;
+  std::unique_ptr<Program> recorder_;
+  std::vector<float> heard_;
+};
+
 class FilterGraphTest : public testing::Test {
  protected:
   static void SetUpTestSuite() {
@@ -195,6 +275,48 @@ TEST_F(FilterGraphTest, NothingPlaysBeforeItIsRunNorAfterItIsStopped) {
   graph->Run();
   WaitForEnd(*graph);
   EXPECT_EQ(graph->WaitForCompletion(), GraphEvent::Complete);
+}
+
+// So short a sound lies in the server whole before any of it is heard. Its samples are 0 twice in
+// a period.
+TEST_F(FilterGraphTest, TheServerChangesAndHoldsWhatItHasNotPlayedYet) {
+  constexpr double kSeconds = 0.95;
+  constexpr double kFrames = kSeconds * tones::kRate * 0.98;
+  const std::string path = PathOf("short.wav");
+  tones::WriteTone(path, 1, kSeconds);
+  SoundServer server;
+  const auto graph = CreateFilterGraph();
+  graph->RenderFile(path);
+  graph->SetVolume(-900);
+  graph->Run();
+  EXPECT_TRUE(server.ComesTo(-9));
+  graph->SetVolume(-3000);
+  EXPECT_TRUE(server.ComesTo(-30));
+  graph->Pause();
+  EXPECT_TRUE(server.FallsSilent());
+  EXPECT_EQ(graph->WaitForCompletion(), GraphEvent::None);
+  graph->Run();
+  EXPECT_TRUE(server.ComesTo(-30));
+  EXPECT_TRUE(server.FallsSilent());
+  WaitForEnd(*graph);
+  EXPECT_EQ(graph->WaitForCompletion(), GraphEvent::Complete);
+  EXPECT_NEAR(server.HeardFrames(), kFrames, kFrames / 100);
+  WaitUntilMediaIdle();
+  EXPECT_FALSE(server.HasStreams());
+}
+
+TEST_F(FilterGraphTest, ASoundBreaksOffWithItsServerAndIsHeardFromTheNext) {
+  for (int servers = 0; servers < 2; ++servers) {
+    SoundServer server;
+    const auto graph = CreateFilterGraph();
+    graph->RenderFile(PathOf("tone.mp3"));
+    graph->Run();
+    EXPECT_TRUE(server.ComesTo(0));
+    server.Kill();
+    WaitForEnd(*graph);
+    EXPECT_EQ(graph->WaitForCompletion(), GraphEvent::ErrorAbort);
+  }
+  EXPECT_EQ(Play(PathOf("short.wav"), ""), GraphEvent::Complete) << "without a server";
 }
 
 TEST_F(FilterGraphTest, AThousandBeepsLeaveNothingBehind) {

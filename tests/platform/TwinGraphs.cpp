@@ -73,7 +73,7 @@ void ResetGraphs() {
 
 namespace platform {
 
-std::shared_ptr<FilterGraph> CreateFilterGraph(GraphUse) {
+std::shared_ptr<FilterGraph> CreateFilterGraph() {
   return std::make_shared<TwinGraph>();
 }
 
