@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Loaded before the real program's libraries, it writes down when each frame begins to wait: the
-// program sets its alarm to the end of the frame once for each. The file named by FRAME_LOG gets
-// one line a frame: the time in nanoseconds of CLOCK_MONOTONIC, the processor time of the game's
-// thread in microseconds, and its page faults that had to wait for the disk, both since its start.
-// It gets a line "-" for a wait that is longer than a frame: that of the end message, and that of a
-// pause.
+// Preloaded into the real program (LD_PRELOAD), it logs when each frame begins to wait: the program
+// sets its timer to the end of the frame once for each. The file named by FRAME_LOG gets one line a
+// frame: the time in nanoseconds of CLOCK_MONOTONIC, the processor time of the game's thread in
+// microseconds, and its major page faults, both since its start; and a line "-" for a wait longer
+// than a frame: that of the end message, and that of a pause.
 #include <dlfcn.h>
 #include <sys/resource.h>
 #include <sys/timerfd.h>
@@ -27,7 +26,7 @@ long Micros(const timeval& time) {
   return time.tv_sec * kMicrosPerSecond + time.tv_usec;
 }
 
-// A wait that an event has cut short sets the alarm again to the same moment.
+// A wait that an event has cut short sets the timer again to the same moment.
 void LogFrame(long deadline) {
   static std::FILE* const file = std::fopen(std::getenv("FRAME_LOG"), "w");
   static long last = 0;

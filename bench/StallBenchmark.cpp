@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the end of a sound costs the game's thread: the longest time for which a call for memory
-// waits while sounds end one after the other, beside a heap that is large and full of holes.
+// waits while sounds end one after the other, beside a large, fragmented heap.
 // "of_a_frame" is its share of the 21 ms of a frame, "resident_growth" how much larger the program
 // is after all sounds than before, as a ratio.
 #include <benchmark/benchmark.h>
@@ -49,7 +49,7 @@ double ResidentPages() {
 }
 
 // The sizes vary so that the pages between those that stay are free.
-std::vector<std::unique_ptr<char[]>> HeapWithHoles() {
+std::vector<std::unique_ptr<char[]>> FragmentedHeap() {
   std::vector<std::unique_ptr<char[]>> blocks;
   for (std::size_t i = 0; i < kBlocks; ++i) {
     const std::size_t bytes = kBlockBytes + i % 7 * 100;
@@ -69,7 +69,7 @@ Milliseconds TimeOfAllocation() {
 void SoundsThatEnd(benchmark::State& state) {
   WarmUpMedia();
   const std::string path = Beep();
-  const auto heap = HeapWithHoles();
+  const auto heap = FragmentedHeap();
   Milliseconds longest{};
   double before = 0;
   while (state.KeepRunning()) {

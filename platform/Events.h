@@ -21,10 +21,9 @@ inline void LetEventsRunFor(std::int32_t millis) {
   LetEventsRunUntil(TickAfter(TickCount(), millis));
 }
 
-/// Gives `event` again and again, each time as soon as Timer() has advanced by 0.1 seconds since
-/// the last one ended; so each event finds a whole step of the game clock, whatever the resolution
-/// of Timer() at this hour. An event that lets events run is not given again inside itself.
-/// Replaces the timer started before; nullptr stops it.
+/// Calls `event` whenever Timer() has advanced by 0.1 seconds, one step of the game clock, since
+/// its last call returned. Never nested, also where `event` itself lets events run. Replaces the
+/// timer started before; nullptr stops it.
 void StartTimer(void (*event)());
 
 }  // namespace platform

@@ -20,9 +20,9 @@ namespace platform {
 
 namespace {
 
-// New files are written into the first folder. Once they are whole and on the disk it takes the
-// second name, which is the moment at which the change is made: from then on the files only have to
-// be moved to their places, by this run of the program or by the next.
+// A transaction writes the new files into the first folder. Once they are on the disk, renaming it
+// to the second commits: from then on the files only have to be moved to their places, by this run
+// of the program or by the next.
 constexpr char kPreparing[] = "files.preparing";
 constexpr char kPrepared[] = "files.prepared";
 
@@ -112,7 +112,7 @@ bool Settle(const fs::path& folder) {
   return MoveIntoPlace(folder);
 }
 
-// The file as it will be. Nothing where it can't be made anew: a folder is in its place, or what it
+// The file's new content. Nothing where it can't be replaced: a folder is in its place, or what it
 // keeps can't be read or is too long.
 std::optional<std::string> WholeFile(const FileChange& change) {
   struct stat status;

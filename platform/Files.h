@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Small files: the head or the end of one is read, several are changed together, and those of a
-// folder are listed. Paths are full ones. No call throws, and none waits for what may lie in a
-// file's place, such as a pipe or a device.
+// Small files: the head or the end of one is read, several are changed in one transaction, and
+// those of a folder are listed. Paths are absolute. No call throws, and none blocks on a pipe or a
+// device that lies in a file's place.
 #pragma once
 
 #include <cstddef>
@@ -25,15 +25,14 @@ struct FileChange {
   bool keepsRest = false;  ///< what the file holds behind `bytes` stays; else it is cut off
 };
 
-/// Makes `changes`, one or more in one folder, all or none of them, and has them on the disk when
-/// it returns. A program that is killed or loses its power in the midst leaves either all old files
-/// or, after SettleFiles, all new ones. Where the folder can't be written but each of the files
-/// can, they are written in place: then room for all of them is made sure of first, but nothing is
-/// held against a kill. No failure is reported.
+/// Makes `changes`, one or more in one folder, as a transaction: all or none, also when the program
+/// is killed or the power fails, and durable when the call returns. Where the folder can't be
+/// written but each of the files can, they are overwritten in place once their room on the disk is
+/// reserved; a kill can then leave some old and some new. No failure is reported.
 void ChangeFiles(const std::vector<FileChange>& changes);
 
-/// Finishes or takes back a change to files of `folder` in whose midst a program was ended. Costs
-/// next to nothing when there is none; to be called before such files are read.
+/// Completes or rolls back a transaction on files of `folder` that was cut short. Costs next to
+/// nothing when there is none; to be called before such files are read.
 void SettleFiles(const std::string& folder);
 
 /// The names of the regular files in `folder`, in the order that the file system gives; none if it

@@ -15,7 +15,7 @@ enum class Key {
   PageDown,
   Enter,  ///< or the space bar
   Escape,
-  Tell,  ///< the letter T
+  Tell,  ///< the letter T: a screen reader tells how the game stands
 };
 
 }  // namespace platform

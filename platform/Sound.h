@@ -28,7 +28,7 @@ class SoundDevice {
  public:
   virtual ~SoundDevice() = default;
   virtual void SetCooperativeLevel(WindowHandle window) = 0;
-  /// The device's own mix.
+  /// The primary buffer: the device's own mix.
   virtual std::shared_ptr<SoundBuffer> CreateSoundBuffer() = 0;
   /// Reads the wave file at `path` whole. Throws Error for a file that is missing, no wave file,
   /// damaged, longer than a minute, or of other than one or two channels.

@@ -30,7 +30,7 @@ struct DeviceDriver {
 /// That of the default device.
 DeviceDriver DefaultDriver();
 
-/// Rests while nothing sounds. Not for two threads at once, but for one after the other.
+/// Rests while nothing sounds. Not thread-safe.
 class OpenedDevice {
  public:
   /// Throws Error if the device does not open.
