@@ -128,6 +128,7 @@ std::int16_t ToSample(float value) {
       std::lrint(std::clamp(value * kSampleScale, -kSampleScale, kHighestSample)));
 }
 
+// As floats, because libsndfile would scale those of a float file by their peak to make integers.
 std::vector<float> ReadSamples(const std::string& path, SNDFILE* file, const SF_INFO& info) {
   std::vector<float> samples(static_cast<std::size_t>(info.frames * info.channels));
   if (sf_readf_float(file, samples.data(), info.frames) != info.frames)

@@ -97,18 +97,6 @@ TEST_F(DXAudioTest, StaysSilentWithoutMusic) {
   EXPECT_EQ(twin::ScriptedRndLeft(), 1U);
 }
 
-TEST_F(DXAudioTest, PicksOneRandomNumberATrackAtTheMusicVolume) {
-  for (const char* file : {"/1.wav", "/2.wav", "/3.wav"})
-    audio_.AddFile(file);
-  twin::ScriptRnd({0.0, 0.34, 0.9999});
-  for (const char* file : {"/1.wav", "/2.wav", "/3.wav"}) {
-    audio_.StartBackground();
-    EXPECT_EQ(twin::Graphs().back()->path, file);
-    EXPECT_EQ(twin::Graphs().back()->calls, (Calls{"SetVolume -900", "Run"}));
-  }
-  EXPECT_FALSE(GraphAt(0).alive);
-}
-
 TEST_F(DXAudioTest, FollowsAnEndedOrBrokenTrackButNotAnUnplayableOne) {
   audio_.AddFile("/1.wav");
   audio_.StartBackground();
