@@ -9,11 +9,11 @@ namespace platform::desktop {
 namespace {
 
 // The painter's own pixels are set to those of the device while this lives, and its origin to a
-// whole one: no picture falls between two.
+// whole one: no picture falls between two. How many there are only the painter knows: a widget
+// tells the ratio of its screen, which what it is painted on follows later, or not at all.
 class Replay {
  public:
-  explicit Replay(QPainter& painter)
-      : painter_(painter), ratio_(painter.device()->devicePixelRatio()) {
+  explicit Replay(QPainter& painter) : painter_(painter), ratio_(painter.deviceTransform().m11()) {
     const QTransform toDevice = painter.deviceTransform();
     pixels_ = QTransform::fromTranslate(qRound(toDevice.dx()), qRound(toDevice.dy())) *
               toDevice.inverted();
@@ -68,7 +68,7 @@ int Overlap(qreal ratio) {
 }
 
 void PaintFrame(QPainter& painter, const QRegion& region, const Frame& frame) {
-  const int overlap = Overlap(painter.device()->devicePixelRatio());
+  const int overlap = Overlap(painter.deviceTransform().m11());
   Replay replay(painter);
   for (const DrawItem& item : frame) {
     const QRect bounds = ToQRect(BoundsOf(item)).adjusted(-overlap, -overlap, overlap, overlap);
