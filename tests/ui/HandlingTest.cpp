@@ -215,8 +215,6 @@ class Handling : public WindowTest, public testing::WithParamInterface<Rule> {
     try {
       const std::size_t space = std::min(step.find(' '), step.size());
       verbs_.at(step.substr(0, space))(step.substr(std::min(space + 1, step.size())));
-    } catch (const twin::ProgramEnded& end) {
-      chosen_ = "the end, exit code " + std::to_string(end.exitCode);
     } catch (const std::exception& error) {
       ADD_FAILURE() << step << ": " << error.what();
     }
