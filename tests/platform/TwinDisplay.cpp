@@ -52,7 +52,9 @@ struct Line {
     text << ' ' << box.outline << ' ' << box.fill;
   }
   void operator()(const Text& line) {
-    text << "Text " << line.x << ',' << line.y << ' ' << line.colour << ' ' << line.text;
+    text << "Text " << line.x << ',' << line.y << ' ' << line.colour << ' ' << line.text
+         << (line.transparent ? "" : " opaque")
+         << (line.font == Font{"Arial", 35} ? "" : " in another font");
   }
 };
 

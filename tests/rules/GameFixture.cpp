@@ -2,8 +2,7 @@
 #include "tests/rules/GameFixture.h"
 
 #include <algorithm>
-#include <cctype>
-#include <cstdlib>
+#include <map>
 #include <set>
 #include <sstream>
 
@@ -46,14 +45,11 @@ void GameTest::TearDown() {
 }
 
 void SetBoard(const std::string& kinds, int16 kindsDealt) {
-  std::string digits;
-  for (const char c : kinds)
-    if (std::isdigit(static_cast<unsigned char>(c)) != 0) digits += c;
-  ASSERT_EQ(digits.size(), 64U);
+  ASSERT_EQ(kinds.size(), 64U);
   for (int16 id = 0; id < kGemCount; ++id) {
     CGem gem;
     gem.id = id;
-    gem.kind = static_cast<int16>(digits[static_cast<std::size_t>(id)] - '0');
+    gem.kind = static_cast<int16>(kinds[static_cast<std::size_t>(id)] - '0');
     gem.col = static_cast<int16>(id % 8);
     gem.row = static_cast<int16>(id / 8);
     gem.pixX = static_cast<int16>(gem.col * 64);
@@ -65,17 +61,6 @@ void SetBoard(const std::string& kinds, int16 kindsDealt) {
   gemKinds = kindsDealt;
   if (timeLimit <= 0) timeLimit = 50;
   gameState = stateIdle;
-}
-
-// Equal kinds stand three columns and a row, or two columns and two rows apart.
-std::string QuietBoard(const std::vector<Patch>& patches) {
-  std::string digits;
-  for (int cell = 0; cell < 64; ++cell)
-    digits += static_cast<char>('0' + (cell % 8 + cell / 8 * 3) % 8);
-  for (const Patch& patch : patches)
-    for (const int cell : patch.cells)
-      digits[static_cast<std::size_t>(cell)] = static_cast<char>('0' + patch.kind);
-  return digits;
 }
 
 std::string BoardKinds() {
@@ -94,12 +79,29 @@ std::vector<int> BoardIds() {
 
 namespace {
 
-float32 MiddleX(int cell) {
-  return static_cast<float32>(cell % 8 * 64 + 32);
+// Equal kinds stand three columns and a row, or two columns and two rows apart.
+std::string QuietBoard() {
+  std::string digits;
+  for (int cell = 0; cell < kGemCount; ++cell)
+    digits += static_cast<char>('0' + (cell % 8 + cell / 8 * 3) % 8);
+  return digits;
 }
-float32 MiddleY(int cell) {
+
+void Put(int kind, const std::vector<int>& cells) {
+  std::string kinds = BoardKinds();
+  for (const int cell : cells)
+    kinds[static_cast<std::size_t>(cell)] = static_cast<char>('0' + kind);
+  SetBoard(kinds);
+}
+
+void InCell(void (*mouse)(float32, float32), int cell) {
   const int row = cell / 8;
-  return static_cast<float32>(row * 64 + 32);
+  mouse(static_cast<float32>(cell % 8 * 64 + 32), static_cast<float32>(row * 64 + 32));
+}
+
+void RunFrames(int count) {
+  for (int i = 0; i < count; ++i)
+    RunFrame();
 }
 
 // In the order of platform::Key.
@@ -116,39 +118,71 @@ bool PressKeyOf(const std::string& verb, int number) {
   return true;
 }
 
-void PerformWord(const std::string& verb, int number) {
-  if (PressKeyOf(verb, number)) return;
-  if (verb == "down") return MouseDown(MiddleX(number), MiddleY(number));
-  if (verb == "move") return MouseMove(MiddleX(number), MiddleY(number));
-  if (verb == "up") return MouseUp();
-  if (verb == "pick") return PressAndRelease(number);
-  if (verb == "click") return Click();
-  if (verb == "hint") return TakeHint();
-  if (verb == "pause") return TogglePause(), PlayPauseSound();
-  if (verb == "new") return NewGameAllowed() ? StartNewGame() : void();
-  ASSERT_EQ(verb, "frames");
-  for (int i = 0; i < number; ++i)
-    RunFrame();
+using Numbers = std::vector<int>;
+
+const std::map<std::string, void (*)(int, const Numbers&)> kActions = {
+    {"down", [](int cell, const Numbers&) { InCell(MouseDown, cell); }},
+    {"move", [](int cell, const Numbers&) { InCell(MouseMove, cell); }},
+    {"up", [](int, const Numbers&) { MouseUp(); }},
+    {"click", [](int, const Numbers&) { Click(); }},
+    {"pick", [](int cell, const Numbers&) { InCell(MouseDown, cell), MouseUp(), Click(); }},
+    {"hint", [](int, const Numbers&) { TakeHint(); }},
+    {"pause", [](int, const Numbers&) { TogglePause(), PlayPauseSound(); }},
+    {"new", [](int, const Numbers&) { NewGameAllowed() ? StartNewGame() : void(); }},
+    {"hide", [](int, const Numbers&) { HideCursor(); }},
+    {"frames", [](int count, const Numbers&) { RunFrames(count); }},
+    {"board", [](int, const Numbers&) { SetBoard(QuietBoard()); }},
+    {"put", Put},
+    {"draws", [](int count, const Numbers& numbers) { twin::ScriptNumbers(numbers, count); }},
+};
+
+const std::map<std::string, void (*)(double)> kVariables = {
+    {"score", [](double value) { score = value; }},
+    {"level", [](double value) { level = static_cast<int16>(value); }},
+    {"matches", [](double value) { matchCount = static_cast<int16>(value); }},
+    {"chain", [](double value) { perBoard.chainCount = static_cast<int16>(value); }},
+    {"mode", [](double value) { gameMode = static_cast<GameMode>(value); }},
+    {"state", [](double value) { gameState = static_cast<GameState>(value); }},
+    {"won", [](double value) { levelWon = static_cast<Flag>(value); }},
+    {"running", [](double value) { clockRunning = static_cast<Flag>(value); }},
+    {"left", [](double value) { timeLeft = static_cast<float32>(value); }},
+    {"limit", [](double value) { timeLimit = static_cast<float32>(value); }},
+    {"effects", [](double value) { soundOn = static_cast<Flag>(value); }},
+    {"time", twin::SetTimer},
+};
+
+Numbers NumbersOf(std::istream& stream) {
+  Numbers numbers;
+  char separator = 0;
+  for (int number = 0; stream >> separator >> number;)
+    numbers.push_back(number);
+  return numbers;
+}
+
+void PerformWord(const std::string& word) {
+  const std::size_t end = std::min(word.find_first_of("=0123456789"), word.size());
+  const std::string verb = word.substr(0, end);
+  if (end < word.size() && word[end] == '=')
+    return kVariables.at(verb)(std::stod(word.substr(end + 1)));
+  if (verb == "tell" || verb == "show") return onTell(verb);
+  std::istringstream rest(word.substr(end));
+  int number = 0;
+  rest >> number;
+  if (!PressKeyOf(verb, number)) kActions.at(verb)(number, NumbersOf(rest));
 }
 
 }  // namespace
 
-void PressAndRelease(int cell) {
-  MouseDown(MiddleX(cell), MiddleY(cell));
-  MouseUp();
-  Click();
-}
-
 void Perform(const std::string& words) {
   std::istringstream stream(words);
-  std::string word;
-  while (stream >> word) {
-    const std::size_t digits = std::min(word.find_first_of("0123456789"), word.size());
-    PerformWord(word.substr(0, digits), std::atoi(word.c_str() + digits));
-  }
+  for (std::string word; stream >> word;)
+    PerformWord(word);
 }
 
 void PreparePlay(std::istream& file) {
+  std::string line;
+  while (file.peek() == '#')
+    std::getline(file, line);
   std::string word;
   std::uint64_t seed = 0;
   int mode = 0;
@@ -159,26 +193,18 @@ void PreparePlay(std::istream& file) {
   gameMode = static_cast<GameMode>(mode);
   level = atLevel;
   twin::ScheduleAt(end * kTicksPerFrame, [] { throw twin::ProgramEnded{0}; });
-  int frame = 0;
-  for (std::string line; std::getline(file, line) && !line.empty();) {
+  double frame = 0;
+  while (std::getline(file, line) && !line.empty()) {
     std::istringstream words(line);
     words >> word >> frame >> std::ws;
     std::getline(words, line);
-    twin::ScheduleAt(frame * kTicksPerFrame, [line] { Perform(line); });
+    twin::ScheduleAt(static_cast<int32>(frame * kTicksPerFrame), [line] { Perform(line); });
   }
 }
 
-std::string TakeSounds() {
-  std::string names;
-  for (const std::string& file : twin::PlayedSounds())
-    names += (names.empty() ? "" : " ") + file.substr(0, file.find(".wav"));
-  twin::PlayedSounds().clear();
-  return names;
-}
-
-int RunFramesUntil(std::vector<GameState> states, int limit) {
+int RunFramesUntil(const std::vector<GameState>& states) {
   int frames = 0;
-  while (frames < limit && std::find(states.begin(), states.end(), gameState) == states.end()) {
+  while (frames < 5000 && std::find(states.begin(), states.end(), gameState) == states.end()) {
     RunFrame();
     ++frames;
   }

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// What the suites of the rules share: a game on the scripted platform, boards as text, and the
-// invariants of a board at rest.
+// What the suites of the rules share: a game on the scripted platform that does what words tell it,
+// and the invariants of a board at rest.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <istream>
 #include <set>
 #include <string>
@@ -17,42 +18,30 @@ namespace glimmerfall {
 /// Puts everything back to its start, loads sounds and display on the scripted platform.
 void StartScriptedGame(std::uint64_t seed = 1);
 
-/// A rested board of 64 digits (blanks and line ends between them do not count), gem ids in cell
-/// order, in stateIdle.
+/// A rested board of 64 digits, gem ids in cell order, in stateIdle.
 void SetBoard(const std::string& kinds, int16 kindsDealt = 8);
-
-/// Gives `kind` to `cells`.
-struct Patch {
-  int kind;
-  std::vector<int> cells;
-};
-
-/// Digits of a board of eight kinds that has neither a run nor a move, but for `patches`.
-std::string QuietBoard(const std::vector<Patch>& patches = {});
 
 std::string BoardKinds();
 std::vector<int> BoardIds();
 
-/// A press in the middle of the cell, a release, and the click they make.
-void PressAndRelease(int cell);
-
-/// Plays words such as "down12 move13 up pick12 hint pause new click frames5": the number of a word
-/// is the cell under the mouse, or how many frames to run, or how often to press a key such as
-/// "keyleft2". "pick" is press, release and click.
+/// Plays words such as "down12 move13 up pick12 click hint pause new frames5": the number of a word
+/// is the cell under the mouse, or how many frames to run. "pick" is press, release and click, and
+/// "keyleft2" presses a key twice. Other words set the scene: "board" is a rested board of eight
+/// kinds that has neither a run nor a move, "put1:12,18" gives kind 1 to two of its cells,
+/// "draws4:3,0" scripts what the next draws from four kinds give, "score=50" and its like set a
+/// variable, and "hide" hides the cursor. "tell" and "show" are for whoever sets `onTell`.
 void Perform(const std::string& words);
+inline std::function<void(const std::string& verb)> onTell;
 
 constexpr int32 kTicksPerFrame = 21;
 
-/// Starts the game of a play kept as text and schedules all that is done in it: one line tells how
-/// the game starts and at which frame it ends, by twin::ProgramEnded; then come lines "at N words",
-/// done N frames after the start, up to a blank line.
+/// Starts the game of a play kept as text and schedules all that is done in it. Behind titles,
+/// which begin with #, one line tells how the game starts and at which frame it ends, by
+/// twin::ProgramEnded; then come lines "at N words", done N frames after the start.
 void PreparePlay(std::istream& file);
 
-/// The effects played since the last call, as "select badswap".
-std::string TakeSounds();
-
-/// Runs frames until the state is one of `states`, at most `limit`. Answers how many it ran.
-int RunFramesUntil(std::vector<GameState> states, int limit = 5000);
+/// Runs frames until the state is one of `states`, at most 5000. Answers how many it ran.
+int RunFramesUntil(const std::vector<GameState>& states);
 
 /// The modes that a table of expectations has rows for.
 template <typename Rows>
