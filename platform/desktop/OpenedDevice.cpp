@@ -3,6 +3,7 @@
 
 #define AL_ALEXT_PROTOTYPES
 #include <AL/alext.h>
+#include <AL/efx.h>
 
 #include <utility>
 
@@ -32,12 +33,13 @@ bool IsDeviceConnected(ALCdevice* device) {
 }  // namespace
 
 DeviceDriver DefaultDriver() {
-  // The filters for headphones would change the level.
+  // The filters for headphones would change the level, and for each voice that could sound at once
+  // the library sets memory aside for the sends to effects such as an echo.
   return {[] { return alcOpenDevice(nullptr); },
           IsDeviceConnected,
           alcDevicePauseSOFT,
           alcDeviceResumeSOFT,
-          {ALC_HRTF_SOFT, ALC_FALSE, 0}};
+          {ALC_HRTF_SOFT, ALC_FALSE, ALC_MAX_AUXILIARY_SENDS, 0, 0}};
 }
 
 OpenedDevice::OpenedDevice(const DeviceDriver& driver) : driver_(driver), device_(driver.open()) {
@@ -67,15 +69,14 @@ bool OpenedDevice::IsConnected() const {
   return driver_.isConnected(device_);
 }
 
-void OpenedDevice::Add(const WaveRef& wave) {
-  if (voices_.contains(wave)) return;
+void OpenedDevice::Add(const WaveRef& wave, const WaveData& data) {
   const CurrentContext current(context_);
   alGetError();
-  Voice voice;
+  Voice voice{.length = data.Length()};
   alGenBuffers(1, &voice.buffer);
-  alBufferData(voice.buffer, AL_FORMAT_STEREO16, wave->samples.data(),
-               static_cast<ALsizei>(wave->samples.size() * sizeof(wave->samples[0])),
-               wave->framesPerSecond);
+  alBufferData(voice.buffer, AL_FORMAT_STEREO16, data.samples.data(),
+               static_cast<ALsizei>(data.samples.size() * sizeof(data.samples[0])),
+               data.framesPerSecond);
   alGenSources(1, &voice.source);
   alSourcei(voice.source, AL_BUFFER, static_cast<ALint>(voice.buffer));
   if (alGetError() != AL_NO_ERROR) {
@@ -115,11 +116,11 @@ void OpenedDevice::SetFrame(const WaveRef& wave, std::int32_t frame) {
 
 void OpenedDevice::Play(const WaveRef& wave) {
   const CurrentContext current(context_);
-  const ALuint source = voices_.at(wave).source;
+  const auto& [buffer, source, length] = voices_.at(wave);
   ALint state = AL_INITIAL;
   alGetSourcei(source, AL_SOURCE_STATE, &state);
   if (state != AL_PLAYING) alSourcePlay(source);
-  rest_->KeepAwake(wave->Length());
+  rest_->KeepAwake(length);
 }
 
 }  // namespace platform::desktop

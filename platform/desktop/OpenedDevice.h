@@ -6,9 +6,11 @@
 #include <AL/al.h>
 #include <AL/alc.h>
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "platform/desktop/DeviceRest.h"
@@ -16,7 +18,8 @@
 
 namespace platform::desktop {
 
-using WaveRef = std::shared_ptr<const WaveData>;
+/// A sound, by the path of its file. Two of the same file are different sounds.
+using WaveRef = std::shared_ptr<const std::string>;
 
 /// The library's functions for a device. A test opens a device whose samples it reads itself.
 struct DeviceDriver {
@@ -40,8 +43,10 @@ class OpenedDevice {
   ~OpenedDevice();
 
   bool IsConnected() const;
-  /// Hands the samples to the device ahead of the first Play. Throws Error if it refuses them.
-  void Add(const WaveRef& wave);
+  bool Has(const WaveRef& wave) const { return voices_.contains(wave); }
+  /// Hands the samples to the device ahead of the first Play; it keeps a copy. Throws Error if it
+  /// refuses them.
+  void Add(const WaveRef& wave, const WaveData& data);
   void Remove(const WaveRef& wave);
   /// `gain` is linear, 0 to 1.
   void SetGain(const WaveRef& wave, float gain);
@@ -54,6 +59,7 @@ class OpenedDevice {
   struct Voice {
     ALuint buffer = 0;
     ALuint source = 0;
+    std::chrono::milliseconds length{};
   };
 
   void DeleteVoice(const Voice& voice);

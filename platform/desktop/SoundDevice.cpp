@@ -31,11 +31,22 @@ auto RunApart(Work work) {
   return result;
 }
 
+// Sounds are kept by the device alone, so another one gets them from their files. False when one
+// cannot be had.
+bool ComesOnto(OpenedDevice& device, const WaveRef& wave) {
+  try {
+    if (!device.Has(wave)) device.Add(wave, ReadWaveFile(*wave));
+    return true;
+  } catch (const Error&) {
+    return false;
+  }
+}
+
 DeviceOwner OpenDevice(const DeviceDriver& driver, const std::vector<WaveRef>& waves) {
   try {
     auto device = std::make_unique<OpenedDevice>(driver);
     for (const WaveRef& wave : waves)
-      device->Add(wave);
+      ComesOnto(*device, wave);
     return device;
   } catch (const Error&) {
     return nullptr;
@@ -52,7 +63,7 @@ class LastingDevice {
   LastingDevice& operator=(const LastingDevice&) = delete;
   ~LastingDevice();
 
-  void Add(const WaveRef& wave);
+  void Add(const WaveRef& wave, const WaveData& data);
   void Remove(const WaveRef& wave);
   /// The device with `wave` on it, or null. Tries for a new one if the old has gone.
   OpenedDevice* DeviceFor(const WaveRef& wave);
@@ -76,9 +87,9 @@ LastingDevice::~LastingDevice() {
   }).wait_for(kLongestClose);
 }
 
-void LastingDevice::Add(const WaveRef& wave) {
+void LastingDevice::Add(const WaveRef& wave, const WaveData& data) {
   waves_.push_back(wave);
-  if (device_) device_->Add(wave);
+  if (device_) device_->Add(wave, data);
 }
 
 void LastingDevice::Remove(const WaveRef& wave) {
@@ -89,13 +100,8 @@ void LastingDevice::Remove(const WaveRef& wave) {
 OpenedDevice* LastingDevice::DeviceFor(const WaveRef& wave) {
   TakeReopened();
   if (!device_ || !device_->IsConnected()) Reopen();
-  if (!device_) return nullptr;
-  try {
-    device_->Add(wave);  // a sound that came while the device was being opened anew
-  } catch (const Error&) {
-    return nullptr;
-  }
-  return device_.get();
+  // A sound may have come while the device was being opened anew.
+  return device_ && ComesOnto(*device_, wave) ? device_.get() : nullptr;
 }
 
 void LastingDevice::TakeReopened() {
@@ -116,9 +122,9 @@ void LastingDevice::Reopen() {
 
 class DesktopBuffer : public SoundBuffer {
  public:
-  DesktopBuffer(std::shared_ptr<LastingDevice> device, WaveData wave)
-      : device_(std::move(device)), wave_(std::make_shared<WaveData>(std::move(wave))) {
-    device_->Add(wave_);
+  DesktopBuffer(std::shared_ptr<LastingDevice> device, const std::string& path)
+      : device_(std::move(device)), wave_(std::make_shared<std::string>(path)) {
+    device_->Add(wave_, ReadWaveFile(path));
   }
   DesktopBuffer(const DesktopBuffer&) = delete;
   DesktopBuffer& operator=(const DesktopBuffer&) = delete;
@@ -163,7 +169,7 @@ class DesktopSoundDevice : public SoundDevice {
     return std::make_shared<PrimaryBuffer>();
   }
   std::shared_ptr<SoundBuffer> CreateSoundBufferFromFile(const std::string& path) override {
-    return std::make_shared<DesktopBuffer>(device_, ReadWaveFile(path));
+    return std::make_shared<DesktopBuffer>(device_, path);
   }
 
  private:

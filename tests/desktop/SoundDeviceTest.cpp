@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <filesystem>
 #include <thread>
 
 #include "platform/Error.h"
@@ -116,9 +117,14 @@ TEST_F(SoundDeviceTest, NoDeviceIsAnError) {
   EXPECT_THROW(CreateSoundDevice(Loopback()), Error);
 }
 
-// The device tries again at most once a second, on a thread of its own.
+// The device tries again at most once a second, on a thread of its own. A sound whose file has gone
+// stays away alone.
 TEST_F(SoundDeviceTest, SoundsComeBackWithTheDevice) {
   const auto device = CreateSoundDevice(Loopback());
+  const std::string path = tones::Scratch().Path("gone.wav");
+  tones::WriteTone(path, 1, 0.5);
+  const auto gone = device->CreateSoundBufferFromFile(path);
+  std::filesystem::remove(path);
   const auto buffer = device->CreateSoundBufferFromFile(Tone(1));
   connected_ = false;
   const auto start = std::chrono::steady_clock::now();
@@ -135,6 +141,8 @@ TEST_F(SoundDeviceTest, SoundsComeBackWithTheDevice) {
     level = tones::Level(Render(tones::kRate), 0, 1000, 20000);
   }
   EXPECT_NEAR(level, -10, kExact);
+  PlayFromStart(*gone);
+  EXPECT_LT(tones::Level(Render(tones::kRate), 0, 1000, 20000), kInaudible);
 }
 
 // A sound of half a second rests a second and a half after its start.
