@@ -16,6 +16,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <span>
 #include <thread>
 
 #include "platform/desktop/FilterGraph.h"
@@ -176,6 +177,7 @@ class SoundServer {
     return false;
   }
   bool FallsSilent() { return ComesTo(-150, 50); }
+  std::span<const float> HeardSamples() const { return heard_; }
   /// Without those that are 0.
   double HeardFrames() const {
     return static_cast<double>(heard_.size() -
@@ -299,6 +301,7 @@ TEST_F(FilterGraphTest, NothingPlaysBeforeItIsRunNorAfterItIsStopped) {
 TEST_F(FilterGraphTest, TheServerChangesAndHoldsWhatItHasNotPlayedYet) {
   constexpr double kSeconds = 0.95;
   constexpr double kFrames = kSeconds * tones::kRate * 0.98;
+  constexpr int kHundredth = tones::kRate / 100;
   const std::string path = PathOf("short.wav");
   tones::WriteTone(path, 1, kSeconds);
   SoundServer server;
@@ -312,9 +315,14 @@ TEST_F(FilterGraphTest, TheServerChangesAndHoldsWhatItHasNotPlayedYet) {
   graph->Pause();
   EXPECT_TRUE(server.FallsSilent());
   EXPECT_EQ(graph->WaitForCompletion(), GraphEvent::None);
+  const std::size_t heard = server.HeardSamples().size();
+  graph->SetVolume(-6000);
   graph->Run();
-  EXPECT_TRUE(server.ComesTo(-30));
+  EXPECT_TRUE(server.ComesTo(-60));
   EXPECT_TRUE(server.FallsSilent());
+  EXPECT_LT(std::ranges::count_if(server.HeardSamples().subspan(heard),
+                                  [](float sample) { return sample > 0.0011F; }),
+            kHundredth);
   WaitForEnd(*graph);
   EXPECT_EQ(graph->WaitForCompletion(), GraphEvent::Complete);
   EXPECT_NEAR(server.HeardFrames(), kFrames, kFrames / 100);
