@@ -108,6 +108,18 @@ TEST_F(View, ReportsItsKeysAndTheMotionThatFollowsThem) {
   EXPECT_EQ(Told(), "pointer; ");
 }
 
+// A window that was told of no other ratio keeps its own when its screen's changes.
+TEST_F(View, IsPaintedAtTheRatioOfWhatItIsPaintedOn) {
+  view.Present({Box{{0, 0, 512, 576}, 0, 0}, Box{{256, 288, 512, 576}, 0xFFFFFF, 0xFFFFFF}});
+  for (const int ratio : {1, 2, 3}) {
+    QImage image(view.size() * ratio, QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    view.render(&image);
+    EXPECT_EQ(image.pixel(256 * ratio, 288 * ratio), 0xFFFFFFFF) << ratio;
+    EXPECT_EQ(image.pixel(256 * ratio - 1, 288 * ratio), 0xFF000000) << ratio;
+  }
+}
+
 TEST(Events, TheWaitSleepsUntilItsTick) {
   LetEventsRun();
   for (int millis = 1; millis <= 20; ++millis) {
