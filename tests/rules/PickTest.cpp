@@ -19,6 +19,7 @@ TEST_F(Pick, HitsTheGemOfTheCellUnderThePixel) {
     EXPECT_EQ(GemAtPixel(x, y), gem) << x << ',' << y;
   for (const auto& [x, y] : {std::pair{8, 0}, {0, -1}, {-1, 8}, {0, 8}})
     EXPECT_EQ(CellKind(static_cast<int16>(x), static_cast<int16>(y)), kNoKind);
+  EXPECT_EQ(std::pair(CellKind(0, 0), CellKind(7, 7)), std::pair(int16{0}, int16{4}));
 }
 
 TEST_F(Pick, PressOffTheCellsOnlyHoldsTheButton) {
