@@ -341,7 +341,8 @@ class Handling : public WindowTest, public testing::WithParamInterface<Rule> {
        [this](const auto&) {
          const Facts now = Now();
          for (const auto& [name, fact] : now)
-           if (name.ends_with(" is")) seenMeanwhile_ += name + ' ' + fact + ' ';
+           if (name.ends_with(" is"))
+             seenMeanwhile_.append(name).append(" ").append(fact).append(" ");
        }},
       {"close", [](const auto&) { UsedWindow().close(); }},
       {"move", [](const auto&) { UsedWindow().move(kMoved); }},

@@ -110,8 +110,9 @@ bool IsCentred(const QWidget& window) {
   const QRect screen = window.screen()->availableGeometry();
   const QPoint off = window.geometry().center() - screen.center();
   // One that is larger than the screen begins where the screen does.
-  return (std::abs(off.x()) <= kCentred || window.x() == 0) &&
-         (std::abs(off.y()) <= kCentred || window.y() == 0);
+  const QSize room = screen.size() - window.size();
+  return (std::abs(off.x()) <= kCentred || (room.width() <= 2 * kCentred && window.x() == 0)) &&
+         (std::abs(off.y()) <= kCentred || (room.height() <= 2 * kCentred && window.y() == 0));
 }
 
 void TellSmallWindow(const QWidget& window, std::ostream& told) {
