@@ -143,7 +143,7 @@ const std::map<std::string, void (*)(double)> kVariables = {
     {"chain", [](double value) { perBoard.chainCount = static_cast<int16>(value); }},
     {"mode", [](double value) { gameMode = static_cast<GameMode>(value); }},
     {"state", [](double value) { gameState = static_cast<GameState>(value); }},
-    {"won", [](double value) { levelWon = static_cast<Flag>(value); }},
+    {"won", [](double value) { levelWon = levelWonSound = static_cast<Flag>(value); }},
     {"running", [](double value) { clockRunning = static_cast<Flag>(value); }},
     {"left", [](double value) { timeLeft = static_cast<float32>(value); }},
     {"limit", [](double value) { timeLimit = static_cast<float32>(value); }},

@@ -7,7 +7,6 @@
 
 #include <functional>
 #include <istream>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -42,15 +41,6 @@ void PreparePlay(std::istream& file);
 
 /// Runs frames until the state is one of `states`, at most 5000. Answers how many it ran.
 int RunFramesUntil(const std::vector<GameState>& states);
-
-/// The modes that a table of expectations has rows for.
-template <typename Rows>
-std::set<GameMode> ModesOf(const Rows& rows) {
-  std::set<GameMode> modes;
-  for (const auto& row : rows)
-    modes.insert(row.mode);
-  return modes;
-}
 
 /// What is wrong with the rested board, or nothing.
 std::string BrokenInvariant();
