@@ -135,8 +135,8 @@ TEST_F(DXAudioTest, PausesAndResumesOnlyWhatPlays) {
   audio_.PauseBackground();
   EXPECT_EQ(audio_.BackgroundPaused(), kTrue);
   audio_.ResumeBackground();
-  EXPECT_EQ(GraphAt(0).calls, (Calls{"SetVolume -900", "Run", "Pause", "Run"}));
   audio_.PauseBackground();
+  EXPECT_EQ(GraphAt(0).calls, (Calls{"SetVolume -900", "Run", "Pause", "Run", "Pause"}));
   audio_.StopBackground();
   audio_.ResumeBackground();
   EXPECT_EQ(audio_.BackgroundPaused(), kTrue);
