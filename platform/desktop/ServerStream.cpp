@@ -15,8 +15,8 @@ constexpr std::size_t SamplesIn(std::uint64_t microseconds) {
   return microseconds * ServerStream::kRate / PA_USEC_PER_SEC * kChannels;
 }
 
-// The server lets the device have what two portions leave of the whole, half of it at a time, so
-// that a stream that begins is heard after a fiftieth of a second.
+// With PA_STREAM_ADJUST_LATENCY the server asks its device for a latency of half of what two
+// portions leave of the buffer, here 20 ms; so soon is a stream heard that begins.
 constexpr std::size_t kAhead = SamplesIn(1'000'000);
 constexpr std::size_t kPortion = SamplesIn(480'000);
 constexpr std::size_t kMostHanded =
@@ -64,7 +64,7 @@ void WaitFor(pa_usec_t microseconds) {
   loop->time_free(event);
 }
 
-void Forget(pa_operation* operation) {
+void Release(pa_operation* operation) {
   if (operation != nullptr) pa_operation_unref(operation);
 }
 
@@ -99,7 +99,8 @@ ServerStream::~ServerStream() {
   CutOff();
 }
 
-// Without a threshold the stream goes on while samples are handed over anew.
+// No prebuffering: below such a threshold the server would stop the stream, and be heard to, while
+// queued samples are written again.
 bool ServerStream::Open() {
   pa_context* const server = Server();
   if (server == nullptr) return false;
@@ -139,7 +140,7 @@ bool ServerStream::Write(std::span<const float> samples) {
   return IsOpen();
 }
 
-// A server tells the end of such a stream late or never.
+// By the latency, for pa_stream_drain takes half a minute on a stream without prebuffering.
 void ServerStream::Finish() {
   const Lock lock;
   HandPending();
@@ -148,7 +149,7 @@ void ServerStream::Finish() {
   Close();
 }
 
-// What the library knows of it follows a moment after the beginning.
+// Until the server's first timing update the library knows no latency.
 pa_usec_t ServerStream::Unheard() const {
   constexpr pa_usec_t kNotYetKnown = 10'000;
   pa_usec_t latency = 0;
@@ -167,7 +168,7 @@ void ServerStream::SetGain(double gain) {
 
 void ServerStream::SetPaused(bool paused) {
   const Lock lock;
-  if (IsOpen()) Forget(pa_stream_cork(stream_, paused ? 1 : 0, nullptr, nullptr));
+  if (IsOpen()) Release(pa_stream_cork(stream_, paused ? 1 : 0, nullptr, nullptr));
 }
 
 void ServerStream::CutOff() {
@@ -189,7 +190,8 @@ void ServerStream::Hand(std::span<const float> samples, std::size_t back) {
   std::vector<float> levelled(samples.begin(), samples.end());
   for (float& sample : levelled)
     sample = static_cast<float>(sample * gain_);
-  // What comes too late, as the first samples do, would be left out.
+  // When the server has nothing left to play, as at the start, its read position has moved past the
+  // end of what was written; samples put there would be dropped.
   const pa_seek_mode_t from = Unheard() == 0 ? PA_SEEK_RELATIVE_ON_READ : PA_SEEK_RELATIVE;
   pa_stream_write(stream_, levelled.data(), BytesOf(levelled.size()), nullptr,
                   -static_cast<std::int64_t>(BytesOf(back)), from);
