@@ -15,14 +15,10 @@ namespace glimmerfall {
 namespace {
 
 constexpr int16 kDropCheckFrames = 33;  // the dealing looks for its end on every 33rd frame
-constexpr int16 kDeadDeals = 8;         // rounds without a move until a deal is thrown away
 
 void DealKinds() {
   for (int16 id = 0; id < kGemCount; ++id) {
-    BoardCell& cell = boardCells[id];
-    cell.kind = platform::RandomBelow(gemKinds);
-    cell.gemId = id;
-    cell.gem = nullptr;
+    boardCells[id] = {nullptr, id, platform::RandomBelow(gemKinds)};
   }
 }
 
@@ -46,20 +42,15 @@ bool BreakRuns(Direction direction) {
   return changed;
 }
 
-// A deal without a run and without a move would never change again, so after a few rounds of it the
-// board is dealt afresh.
+// A board without a run and without a move would never change again: it is dealt afresh.
 void RemoveRuns() {
-  int16 deadRounds = 0;
   for (;;) {
     const bool rowsChanged = BreakRuns(kRows);
     const bool boardChanged = BreakRuns(kColumns) || rowsChanged;
     platform::LetEventsRun();
-    const bool moveExists = MoveExists() != kFalse;
-    if (moveExists && !boardChanged) return;
-    deadRounds = moveExists || boardChanged ? int16{0} : static_cast<int16>(deadRounds + 1);
-    if (deadRounds < kDeadDeals) continue;
+    if (boardChanged) continue;
+    if (MoveExists() != kFalse) return;
     DealKinds();
-    deadRounds = 0;
   }
 }
 
