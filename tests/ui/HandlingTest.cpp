@@ -116,10 +116,13 @@ void AddScores(Facts& facts) {
     }
   const QWidget* const window = FindWindow("frmHighScores");
   if (window == nullptr) return;
-  for (const auto* const line : window->findChildren<QLabel*>())
-    if (line->text().contains(" -- "))
-      facts[line->objectName().toStdString()] =
-          line->text().endsWith("Norvane Games -- 100") ? "" : line->text().toStdString();
+  for (const auto* const line : window->findChildren<QLabel*>()) {
+    QString told = line->text();
+    if (!told.contains(" -- ")) continue;
+    if (line->accessibleName() != told) told += ", read as " + line->accessibleName();
+    facts[line->objectName().toStdString()] =
+        told.endsWith("Norvane Games -- 100") ? "" : told.toStdString();
+  }
 }
 
 void AddMainWindow(const frmMain& window, Facts& facts) {
