@@ -47,7 +47,7 @@ TEST_F(Drawing, FailureLeavesTheRestUndone) {
     EXPECT_FALSE(primarySurface || backBuffer || boardSurface || gemSheet || targetSheet || dd);
     EXPECT_EQ(boardCells[5].gem, nullptr);
     EXPECT_TRUE(clearList.empty() && fallList.empty());
-    EXPECT_EQ(twin::LiveSoundBuffers(), 0);
+    EXPECT_EQ(twin::LiveSounds(), 0);
   }
 }
 

@@ -62,7 +62,8 @@ void OnPlay(std::function<void(const std::string&)> listener);
 std::int32_t VolumeOf(const std::string& name);
 /// Paths of the wave files in the order in which they were loaded, a broken one included.
 std::vector<std::string>& LoadedSounds();
-int LiveSoundBuffers();
+/// How many buffers and devices are there.
+long LiveSounds();
 
 // Filter graphs.
 struct GraphRecord {

@@ -3,6 +3,7 @@
 #include "tests/platform/TwinDevices.h"
 
 #include <map>
+#include <memory>
 #include <set>
 
 #include "platform/Error.h"
@@ -20,7 +21,7 @@ struct Devices {
   std::function<void(const std::string&)> onPlay;
   std::vector<std::string> loaded;
   std::map<std::string, std::int32_t> volumes;
-  int liveBuffers = 0;
+  std::shared_ptr<int> sounds = std::make_shared<int>();  // each sound is an owner more
   std::vector<twin::MessageRecord> messages;
   platform::MessageAnswer answer = platform::MessageAnswer::Ok;
 };
@@ -29,10 +30,7 @@ Devices devices;
 
 class TwinSoundBuffer : public platform::SoundBuffer {
  public:
-  explicit TwinSoundBuffer(std::string name) : name_(std::move(name)) { ++devices.liveBuffers; }
-  TwinSoundBuffer(const TwinSoundBuffer&) = delete;
-  TwinSoundBuffer& operator=(const TwinSoundBuffer&) = delete;
-  ~TwinSoundBuffer() override { --devices.liveBuffers; }
+  explicit TwinSoundBuffer(std::string name) : name_(std::move(name)) {}
 
   void SetVolume(std::int32_t hundredths) override { devices.volumes[name_] = hundredths; }
   void SetCurrentPosition(std::int32_t position) override { rewound_ = position == 0; }
@@ -42,6 +40,7 @@ class TwinSoundBuffer : public platform::SoundBuffer {
   }
 
  private:
+  std::shared_ptr<int> alive_ = devices.sounds;
   std::string name_;
   bool rewound_ = false;
 };
@@ -58,6 +57,9 @@ class TwinSoundDevice : public platform::SoundDevice {
     twin::ThrowIfBroken(twin::FileName(path));
     return std::make_shared<TwinSoundBuffer>(twin::FileName(path));
   }
+
+ private:
+  std::shared_ptr<int> alive_ = devices.sounds;
 };
 
 }  // namespace
@@ -65,9 +67,9 @@ class TwinSoundDevice : public platform::SoundDevice {
 namespace twin {
 
 void ResetDevices() {
-  const int alive = devices.liveBuffers;
+  auto sounds = devices.sounds;
   devices = {};
-  devices.liveBuffers = alive;
+  devices.sounds = std::move(sounds);
   ResetGraphs();
 }
 
@@ -110,8 +112,8 @@ std::vector<std::string>& LoadedSounds() {
 std::int32_t VolumeOf(const std::string& name) {
   return devices.volumes.at(name);
 }
-int LiveSoundBuffers() {
-  return devices.liveBuffers;
+long LiveSounds() {
+  return devices.sounds.use_count() - 1;
 }
 std::vector<MessageRecord>& Messages() {
   return devices.messages;

@@ -41,7 +41,7 @@ void StartScriptedGame(std::uint64_t seed) {
 void GameTest::TearDown() {
   music.reset();
   ReleaseAll();
-  EXPECT_EQ(twin::LiveSoundBuffers(), 0);
+  EXPECT_EQ(twin::LiveSounds(), 0);
 }
 
 void SetBoard(const std::string& kinds, int16 kindsDealt) {

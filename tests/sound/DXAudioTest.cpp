@@ -244,7 +244,7 @@ TEST_F(DXAudioTest, ItsEndTakesBothStreamsWithIt) {
     other.PlayForeground("a.wav");
   }
   EXPECT_FALSE(GraphAt(0).alive);
-  EXPECT_EQ(GraphAt(0).calls.back(), "Stop");
+  EXPECT_EQ(GraphAt(0).calls, (Calls{"SetVolume -900", "Run", "SetVolume 0", "Stop"}));
   EXPECT_FALSE(GraphAt(1).alive);
 }
 

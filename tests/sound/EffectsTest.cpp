@@ -45,7 +45,7 @@ TEST_F(EffectsTest, LoadsTheFilesInOrderBehindTheMusicAndPlaysThemAtTheOneLevel)
   ASSERT_EQ(twin::Graphs().size(), 1U);
   EXPECT_TRUE(twin::Graphs()[0]->running);
   EXPECT_EQ(twin::Graphs()[0]->volume, -900);
-  EXPECT_EQ(twin::LiveSoundBuffers(), kEffectCount + 1);
+  EXPECT_EQ(twin::LiveSounds(), kEffectCount + 2);
   EXPECT_TRUE(twin::PlayedSounds().empty());
   for (int effect = 0; effect < kEffectCount; ++effect)
     PlayEffect(static_cast<Effect>(effect));
@@ -58,7 +58,7 @@ TEST_F(EffectsTest, LoadsTheFilesInOrderBehindTheMusicAndPlaysThemAtTheOneLevel)
   }
   EXPECT_EQ(twin::LoadedSounds(), paths);
   ReleaseSounds();
-  EXPECT_EQ(twin::LiveSoundBuffers(), 0);
+  EXPECT_EQ(twin::LiveSounds(), 0);
 }
 
 TEST_F(EffectsTest, SwitchedOffNothingSoundsAndNothingIsLoadedAnew) {
@@ -88,7 +88,7 @@ TEST_F(EffectsTest, AnyMissingPieceEndsTheProgramWithItsMessage) {
     EXPECT_EQ(message.title, "");
     EXPECT_EQ(message.icon, platform::MessageIcon::None);
     EXPECT_EQ(message.buttons, platform::MessageButtons::Ok);
-    EXPECT_EQ(twin::LiveSoundBuffers(), 0) << piece;
+    EXPECT_EQ(twin::LiveSounds(), 0) << piece;
     const Names& loaded = twin::LoadedSounds();
     EXPECT_EQ(loaded.empty() ? "sound" : fs::path(loaded.back()).filename().string(), piece);
   }
