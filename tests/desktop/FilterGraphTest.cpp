@@ -331,6 +331,21 @@ TEST_F(FilterGraphTest, TheServerChangesAndHoldsWhatItHasNotPlayedYet) {
   EXPECT_FALSE(server.HasStreams());
 }
 
+// Longer than what the server takes in advance: the rest of the sound waits for room there.
+TEST_F(FilterGraphTest, AHeldSoundThatIsLetGoOfLeavesTheServer) {
+  const std::string path = PathOf("long.wav");
+  tones::WriteTone(path, 1, 5);
+  SoundServer server;
+  auto graph = CreateFilterGraph();
+  graph->RenderFile(path);
+  graph->Run();
+  EXPECT_TRUE(server.ComesTo(0));
+  graph->Pause();
+  EXPECT_TRUE(server.FallsSilent());
+  graph.reset();
+  EXPECT_TRUE(ComesTrue([] { return !SoundServer::HasStreams(); }));
+}
+
 TEST_F(FilterGraphTest, ASoundBreaksOffWithItsServerAndIsHeardFromTheNext) {
   for (int servers = 0; servers < 2; ++servers) {
     SoundServer server;
