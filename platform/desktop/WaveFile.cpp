@@ -70,7 +70,6 @@ void SettleDataSize(const std::string& path, std::string& wave, std::size_t star
   const std::uint64_t held = wave.size() - start;
   if (claimed > held && !IsUnknown(claimed)) Refuse(path, "it is shorter than it claims");
   if (!IsUnknown(claimed)) return;
-  if (held == 0) Refuse(path, "it holds no sound");
   const std::uint64_t riff = LittleEndian(&wave[4]);
   if (!IsUnknown(riff) && riff + kChunkHeaderBytes > wave.size())
     Refuse(path, "it is shorter than it claims");
