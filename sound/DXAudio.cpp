@@ -26,7 +26,8 @@ constexpr int32 kStartMusicVolume = -900;
 constexpr int32 kForegroundVolume = platform::kFullLevel;
 constexpr int32 kForeground2Volume = -300;
 
-constexpr std::array<std::string_view, 4> kSoundFileEndings = {".WAV", ".MP3", ".MID", ".WMA"};
+constexpr auto kSoundFileEndings =
+    std::to_array<std::string_view>({".WAV", ".MP3", ".MID", ".WMA"});
 
 // By ASCII: in the player's own language the capital of "i" may be another letter than "I".
 char UpperCase(char letter) {
