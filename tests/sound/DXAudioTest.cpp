@@ -95,6 +95,18 @@ TEST_F(DXAudioTest, StaysSilentWithoutMusic) {
   audio_.Poll();
   EXPECT_TRUE(twin::Graphs().empty());
   EXPECT_EQ(twin::ScriptedRndLeft(), 1U);
+  EXPECT_EQ(audio_.BackgroundIsStopped(), kFalse);
+}
+
+TEST_F(DXAudioTest, ANewStartForgetsLevelAndPendingSound) {
+  audio_.PlayBackground("/1.wav");
+  audio_.BackgroundVolume(-3000);
+  audio_.PlayForeground("a.wav");
+  audio_.InitDXAudio();
+  audio_.Poll();
+  EXPECT_FALSE(GraphAt(1).running);
+  audio_.StopForeground();
+  EXPECT_EQ(GraphAt(0).calls.back(), "SetVolume 0");
 }
 
 TEST_F(DXAudioTest, FollowsAnEndedOrBrokenTrackButNotAnUnplayableOne) {
