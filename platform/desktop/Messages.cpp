@@ -16,7 +16,6 @@ MessageAnswer ShowMessage(const std::string& text, const std::string& title, Mes
   box.setText(QString::fromStdString(text));
   box.setIcon(icon == MessageIcon::Exclamation ? QMessageBox::Warning : QMessageBox::NoIcon);
   box.setStandardButtons(asks ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok);
-  if (asks) box.setEscapeButton(QMessageBox::No);
   const int answer = box.exec();
   if (answer == QMessageBox::Yes) return MessageAnswer::Yes;
   return asks ? MessageAnswer::No : MessageAnswer::Ok;

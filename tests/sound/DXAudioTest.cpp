@@ -81,6 +81,14 @@ TEST_F(DXAudioTest, TakesTheFourTypesOfOneFolderInAnyLanguage) {
   EXPECT_EQ(heard.size(), taken.size());
   for (const std::string& name : taken)
     EXPECT_GT(heard[(folder_ / "music" / name).string()], 100) << name;
+  heard.clear();
+  for (int second = 0; second < 100; ++second) {
+    twin::Reset();
+    twin::SetTimer(second);
+    audio_.StartBackground();
+    ++heard[GraphAt(0).path];
+  }
+  EXPECT_EQ(heard.size(), taken.size()) << "the clock chooses the first track";
 }
 
 TEST_F(DXAudioTest, StaysSilentWithoutMusic) {
@@ -239,13 +247,16 @@ TEST_F(DXAudioTest, KeepsAnEndedForegroundSoundUntilTheNext) {
 }
 
 TEST_F(DXAudioTest, TheSecondForegroundMethodStartsAtOnceFromItsOwnFolder) {
+  MakeFile("sound/refused.wav");
+  twin::Break("refused.wav");
   MakeFile("sound/c.wav");
   const long places = twin::PlacesPassed();
   audio_.PlayForeground2("a.wav");
   EXPECT_TRUE(twin::Graphs().empty());
+  audio_.PlayForeground2("refused.wav");
   audio_.PlayForeground2("c.wav");
-  EXPECT_EQ(GraphAt(0).path, (folder_ / "sound/c.wav").string());
-  EXPECT_EQ(GraphAt(0).calls, (Calls{"SetVolume -300", "Run"}));
+  EXPECT_EQ(GraphAt(1).path, (folder_ / "sound/c.wav").string());
+  EXPECT_EQ(GraphAt(1).calls, (Calls{"SetVolume -300", "Run"}));
   EXPECT_EQ(twin::PlacesPassed(), places);
 }
 
