@@ -11,14 +11,14 @@ namespace {
 class Drawing : public GameTest {};
 
 TEST_F(Drawing, IsSetUpFromTheBitmaps) {
-  twin::SetBitmapSize("Board.bmp", {300, 200});
+  twin::devices.bitmapSizes["Board.bmp"] = {300, 200};
   InitDisplay();
   std::vector<std::string> shown;
-  twin::OnShow([&](const platform::Frame& frame) { shown = twin::Lines(frame); });
+  twin::devices.onShow = [&](const platform::Frame& frame) { shown = twin::Lines(frame); };
   PaintBoardPicture();
   PresentFrame({100, 100, 612, 676});
   EXPECT_EQ(shown, std::vector<std::string>{"Board.bmp 0,0,300,200 0,0,512,576"});
-  EXPECT_TRUE(twin::Messages().empty());
+  EXPECT_TRUE(twin::devices.messages.empty());
 }
 
 // What was made before a failure stays, the rest is never made, and frames and release still work.
@@ -28,10 +28,10 @@ TEST_F(Drawing, FailureLeavesTheRestUndone) {
     SCOPED_TRACE(names[broken]);
     StartScriptedGame();
     ResetDisplay();
-    twin::Break(names[broken]);
+    twin::devices.broken.insert(names[broken]);
     InitDisplay();
-    ASSERT_EQ(twin::Messages().size(), 1U);
-    const twin::MessageRecord& message = twin::Messages().front();
+    ASSERT_EQ(twin::devices.messages.size(), 1U);
+    const twin::MessageRecord& message = twin::devices.messages.front();
     EXPECT_EQ(message.text,
               "Unexpected error has occurred.\n" + std::string(names[broken]) + " is broken");
     EXPECT_EQ(message.title, "This is uncalled-for!-------");

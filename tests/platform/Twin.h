@@ -5,6 +5,9 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
+#include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -41,31 +44,7 @@ void ScriptRnd(const std::vector<double>& values);
 void ScriptNumbers(const std::vector<int>& numbers, int count);
 std::size_t ScriptedRndLeft();
 
-// Surfaces.
-/// Called with each frame at the moment it is shown. Null ends it.
-void OnShow(std::function<void(const platform::Frame&)> listener);
-/// A line for each item, such as "gemsheet1024x512.bmp 0,0,64,64 0,64,64,128 keyed" with the part
-/// of the bitmap first, "Box 20,521,256,531 61440 200" with outline and filling, or "Text 1,531
-/// 61440 Level: 1".
-std::vector<std::string> Lines(const platform::Frame& frame);
-/// Size of the bitmap file of this name, which has to be told before it is loaded.
-void SetBitmapSize(const std::string& name, platform::Size size);
-/// Any call that needs the thing of this name throws Error: a file name, "display" or "sound".
-/// A graph yields false for a broken file.
-void Break(const std::string& name);
-
-// Sounds.
-/// Names of the effects in the order in which they were played.
-std::vector<std::string>& PlayedSounds();
-/// Called with the name of each effect at the moment it is played. Null ends it.
-void OnPlay(std::function<void(const std::string&)> listener);
-std::int32_t VolumeOf(const std::string& name);
-/// Paths of the wave files in the order in which they were loaded, a broken one included.
-std::vector<std::string>& LoadedSounds();
-/// How many buffers and devices are there.
-long LiveSounds();
-
-// Filter graphs.
+// Devices.
 struct GraphRecord {
   std::string path;
   bool rendered = true;  ///< first data has arrived
@@ -75,22 +54,46 @@ struct GraphRecord {
   platform::GraphEvent event = platform::GraphEvent::None;
   std::vector<std::string> calls = {};  ///< "Run", "Pause", "Stop" and "SetVolume -900"
 };
-/// All graphs made since the reset, in order.
-std::vector<GraphRecord*> Graphs();
-/// Whether the graphs made from now on have their first data at once.
-void RenderAtOnce(bool atOnce);
 
-// Messages.
 struct MessageRecord {
   std::string text;
   std::string title;
   platform::MessageIcon icon;
   platform::MessageButtons buttons;
 };
-std::vector<MessageRecord>& Messages();
-void AnswerMessages(platform::MessageAnswer answer);
 
-// The program.
-void SetProgramFolder(const std::string& folder);
+/// What a test scripts for the devices, and what was asked of them since the reset, in order.
+struct Devices {
+  std::string folder = "program";
+  /// Any call that needs the thing of this name throws Error: a file name, "display" or "sound". A
+  /// graph yields false for a broken file.
+  std::set<std::string> broken;
+  std::map<std::string, platform::Size>
+      bitmapSizes;  ///< by the names of files, told before loading
+  std::function<void(const platform::Frame&)> onShow;
+  std::vector<std::string> loaded;  ///< paths of wave files, a broken one included
+  std::vector<std::string> played;  ///< names of effects
+  std::function<void(const std::string&)> onPlay;
+  std::map<std::string, std::int32_t> volumes;            ///< by the names of effects
+  std::shared_ptr<int> sounds = std::make_shared<int>();  ///< each buffer and device owns it too
+  std::vector<std::shared_ptr<GraphRecord>> graphs;
+  bool renderAtOnce = true;  ///< graphs made from now on have their first data at once
+  std::vector<MessageRecord> messages;
+  platform::MessageAnswer answer = platform::MessageAnswer::Ok;
+};
+inline Devices devices;
+
+/// How many buffers and devices are there.
+inline long LiveSounds() {
+  return devices.sounds.use_count() - 1;
+}
+void ThrowIfBroken(const std::string& name);
+/// The last part of a path.
+std::string FileName(const std::string& path);
+
+/// A line for each item, such as "gemsheet1024x512.bmp 0,0,64,64 0,64,64,128 keyed" with the part
+/// of the bitmap first, "Box 20,521,256,531 61440 200" with outline and filling, or "Text 1,531
+/// 61440 Level: 1".
+std::vector<std::string> Lines(const platform::Frame& frame);
 
 }  // namespace twin

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The scripted sounds and messages of the twin, and what was scripted for its display.
-#include "tests/platform/TwinDevices.h"
-
-#include <map>
-#include <memory>
-#include <set>
+// The scripted sounds, filter graphs and messages of the twin.
+#include <algorithm>
 
 #include "platform/Error.h"
 #include "platform/Messages.h"
@@ -13,20 +9,7 @@
 
 namespace {
 
-struct Devices {
-  std::function<void(const platform::Frame&)> onShow;
-  std::map<std::string, platform::Size> bitmapSizes;
-  std::set<std::string> broken;
-  std::vector<std::string> played;
-  std::function<void(const std::string&)> onPlay;
-  std::vector<std::string> loaded;
-  std::map<std::string, std::int32_t> volumes;
-  std::shared_ptr<int> sounds = std::make_shared<int>();  // each sound is an owner more
-  std::vector<twin::MessageRecord> messages;
-  platform::MessageAnswer answer = platform::MessageAnswer::Ok;
-};
-
-Devices devices;
+using twin::devices;
 
 class TwinSoundBuffer : public platform::SoundBuffer {
  public:
@@ -62,64 +45,55 @@ class TwinSoundDevice : public platform::SoundDevice {
   std::shared_ptr<int> alive_ = devices.sounds;
 };
 
+constexpr std::size_t kMostRecords = 4096;  // a bot's games would keep too many
+
+class TwinGraph : public platform::FilterGraph {
+ public:
+  TwinGraph() : record_(std::make_shared<twin::GraphRecord>()) {
+    record_->rendered = devices.renderAtOnce;
+    if (devices.graphs.size() < kMostRecords) devices.graphs.push_back(record_);
+  }
+  TwinGraph(const TwinGraph&) = delete;
+  TwinGraph& operator=(const TwinGraph&) = delete;
+  ~TwinGraph() override {
+    record_->alive = false;
+    record_->running = false;
+  }
+
+  bool RenderFile(const std::string& path) override {
+    record_->path = path;
+    return !devices.broken.contains(twin::FileName(path));
+  }
+  void Run() override { Switch("Run", true); }
+  void Pause() override { Switch("Pause", false); }
+  void Stop() override { Switch("Stop", false); }
+  void SetVolume(std::int32_t hundredths) override {
+    record_->volume = std::clamp(hundredths, -10000, 0);
+    record_->calls.push_back("SetVolume " + std::to_string(hundredths));
+  }
+  std::int32_t GetVolume() const override { return record_->volume; }
+  bool IsRendered() override { return record_->rendered; }
+  platform::GraphEvent WaitForCompletion() override { return record_->event; }
+
+ private:
+  void Switch(const char* call, bool running) {
+    record_->running = running;
+    record_->calls.emplace_back(call);
+  }
+
+  std::shared_ptr<twin::GraphRecord> record_;
+};
+
 }  // namespace
 
 namespace twin {
 
-void ResetDevices() {
-  auto sounds = devices.sounds;
-  devices = {};
-  devices.sounds = std::move(sounds);
-  ResetGraphs();
-}
-
 void ThrowIfBroken(const std::string& name) {
-  if (IsBroken(name)) throw platform::Error(name + " is broken");
-}
-
-bool IsBroken(const std::string& name) {
-  return devices.broken.contains(name);
+  if (devices.broken.contains(name)) throw platform::Error(name + " is broken");
 }
 
 std::string FileName(const std::string& path) {
   return path.substr(path.find_last_of('/') + 1);
-}
-
-void OnShow(std::function<void(const platform::Frame&)> listener) {
-  devices.onShow = std::move(listener);
-}
-void Show(const platform::Frame& frame) {
-  if (devices.onShow) devices.onShow(frame);
-}
-void SetBitmapSize(const std::string& name, platform::Size size) {
-  devices.bitmapSizes[name] = size;
-}
-platform::Size BitmapSize(const std::string& name) {
-  return devices.bitmapSizes.at(name);
-}
-void Break(const std::string& name) {
-  devices.broken.insert(name);
-}
-std::vector<std::string>& PlayedSounds() {
-  return devices.played;
-}
-void OnPlay(std::function<void(const std::string&)> listener) {
-  devices.onPlay = std::move(listener);
-}
-std::vector<std::string>& LoadedSounds() {
-  return devices.loaded;
-}
-std::int32_t VolumeOf(const std::string& name) {
-  return devices.volumes.at(name);
-}
-long LiveSounds() {
-  return devices.sounds.use_count() - 1;
-}
-std::vector<MessageRecord>& Messages() {
-  return devices.messages;
-}
-void AnswerMessages(platform::MessageAnswer answer) {
-  devices.answer = answer;
 }
 
 }  // namespace twin
@@ -129,6 +103,10 @@ namespace platform {
 std::shared_ptr<SoundDevice> DirectSoundCreate() {
   twin::ThrowIfBroken("sound");
   return std::make_shared<TwinSoundDevice>();
+}
+
+std::shared_ptr<FilterGraph> CreateFilterGraph() {
+  return std::make_shared<TwinGraph>();
 }
 
 MessageAnswer ShowMessage(const std::string& text, const std::string& title, MessageIcon icon,

@@ -4,7 +4,6 @@
 
 #include "platform/Surface.h"
 #include "tests/platform/Twin.h"
-#include "tests/platform/TwinDevices.h"
 
 namespace platform {
 
@@ -20,7 +19,9 @@ constexpr int kLetterWidth = 16;
 class TwinClipper : public Clipper {
  public:
   void SetHWnd(WindowHandle) override {}
-  void Show(const Frame& frame) override { twin::Show(frame); }
+  void Show(const Frame& frame) override {
+    if (twin::devices.onShow) twin::devices.onShow(frame);
+  }
 };
 
 class TwinDisplay : public DisplayDevice {
@@ -28,7 +29,7 @@ class TwinDisplay : public DisplayDevice {
   std::shared_ptr<Surface> CreateSurfaceFromFile(const std::string& path) override {
     const std::string name = twin::FileName(path);
     twin::ThrowIfBroken(name);
-    return std::make_shared<Surface>(twin::BitmapSize(name),
+    return std::make_shared<Surface>(twin::devices.bitmapSizes.at(name),
                                      std::make_shared<const Pixels>(Pixels{name}));
   }
   std::shared_ptr<Clipper> CreateClipper() override { return std::make_shared<TwinClipper>(); }

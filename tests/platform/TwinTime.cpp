@@ -9,7 +9,6 @@
 #include "platform/Random.h"
 #include "platform/Time.h"
 #include "tests/platform/Twin.h"
-#include "tests/platform/TwinDevices.h"
 
 namespace {
 
@@ -30,7 +29,6 @@ struct Script {
   float lastTimer = 0;
   std::deque<double> rnd;
   platform::RandomGenerator generator{0};
-  std::string folder = "program";
 };
 
 Script script;
@@ -85,7 +83,9 @@ namespace twin {
 void Reset(std::uint64_t seed) {
   script = Script{};
   script.generator = platform::RandomGenerator(seed);
-  ResetDevices();
+  const auto sounds = devices.sounds;
+  devices = {};
+  devices.sounds = sounds;
 }
 
 void SetTimer(double secondsSinceMidnight) {
@@ -124,10 +124,6 @@ void ScriptNumbers(const std::vector<int>& numbers, int count) {
 
 std::size_t ScriptedRndLeft() {
   return script.rnd.size();
-}
-
-void SetProgramFolder(const std::string& folder) {
-  script.folder = folder;
 }
 
 }  // namespace twin
@@ -177,7 +173,7 @@ double Rnd() {
 }
 
 std::string ProgramFolder() {
-  return script.folder;
+  return twin::devices.folder;
 }
 
 void EndProgram(int exitCode) {

@@ -56,10 +56,10 @@ TEST_F(Clock, EndOfPlayWinsAtEveryPlaceOfAHandler) {
     for (Prepare(handler); RunOutOfTimeAt(place); Prepare(handler), ++place) {
       SCOPED_TRACE(testing::Message() << handler.what << ", place " << place);
       EXPECT_EQ(std::tuple(gameState, clockRunning, level), std::tuple(stateShaking, kFalse, 1));
-      twin::PlayedSounds().clear();
+      twin::devices.played.clear();
       EXPECT_EQ(RunFramesUntil({stateEndMessage}), 51 + 64);
       EXPECT_EQ(levelWon, kFalse);
-      EXPECT_EQ(twin::PlayedSounds(), (std::vector<std::string>{"explode.wav", "gameover.wav"}));
+      EXPECT_EQ(twin::devices.played, (std::vector<std::string>{"explode.wav", "gameover.wav"}));
     }
     EXPECT_GE(place, 3);
   }

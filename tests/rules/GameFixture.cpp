@@ -23,9 +23,9 @@ namespace glimmerfall {
 
 void StartScriptedGame(std::uint64_t seed) {
   twin::Reset(seed);
-  twin::SetBitmapSize("Board.bmp", {512, 576});
-  twin::SetBitmapSize("gemsheet1024x512.bmp", {1024, 512});
-  twin::SetBitmapSize("Target.bmp", {384, 64});
+  twin::devices.bitmapSizes["Board.bmp"] = {512, 576};
+  twin::devices.bitmapSizes["gemsheet1024x512.bmp"] = {1024, 512};
+  twin::devices.bitmapSizes["Target.bmp"] = {384, 64};
   ReleaseAll();
   ResetGameState();
   ResetDisplay();

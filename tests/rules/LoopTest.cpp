@@ -42,15 +42,15 @@ TEST_F(Loop, NothingOfTheOldFrameRunsAfterANewBoardIsAskedFor) {
     twin::ScheduleAtPlace(2 + place, [&] {
       score = 50;
       Perform("new pick12 hint new");
-      twin::OnShow([&](const platform::Frame&) {
+      twin::devices.onShow = [&](const platform::Frame&) {
         ++shown;
         quitRequested = kTrue;
-      });
+      };
     });
     RunGameLoop();
     EXPECT_EQ(shown, 1);
     EXPECT_EQ(std::tuple(gameState, perBoard.dropFrames, score), std::tuple(stateDealing, 1, 0));
-    EXPECT_TRUE(twin::PlayedSounds().empty());
+    EXPECT_TRUE(twin::devices.played.empty());
   }
 }
 

@@ -53,9 +53,9 @@ class PlayLog {
  public:
   PlayLog() {
     std::filesystem::create_directory_symlink(TEST_DATA "/../../sounds", folder_.Path("sounds"));
-    twin::SetProgramFolder(folder_.Path());
-    twin::OnPlay([this](const std::string& file) { Hear(file); });
-    twin::OnShow([this](const platform::Frame& frame) { See(frame); });
+    twin::devices.folder = folder_.Path();
+    twin::devices.onPlay = [this](const std::string& file) { Hear(file); };
+    twin::devices.onShow = [this](const platform::Frame& frame) { See(frame); };
     twin::OnEveryPlace([this] { Look(); });
     onTell = [this](const std::string& verb) { verb == "tell" ? WriteLine() : Show(); };
     log_ << std::fixed;
@@ -88,7 +88,7 @@ class PlayLog {
 
   // One that is replaced before it has started is passed over.
   void HearPlayer() {
-    const auto graphs = twin::Graphs();
+    const auto& graphs = twin::devices.graphs;
     for (; heardGraphs_ < graphs.size(); ++heardGraphs_) {
       const twin::GraphRecord& graph = *graphs[heardGraphs_];
       if (graph.alive && !graph.running) return;

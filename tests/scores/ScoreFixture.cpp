@@ -44,7 +44,7 @@ std::string ScoreBytes(double value) {
 
 ScoreTest::ScoreTest() {
   twin::Reset();
-  twin::SetProgramFolder(folder_);
+  twin::devices.folder = folder_;
   ResetGameState();
 }
 

@@ -27,14 +27,14 @@ class DXAudioTest : public testing::Test {
       fs::create_directories(folder_ / name);
     twin::Reset();
     ResetGameState();
-    twin::SetProgramFolder(folder_.string());
+    twin::devices.folder = folder_.string();
     MakeFile("sounds/a.wav");
     MakeFile("sounds/b.wav");
     audio_.InitDXAudio();
   }
 
   void MakeFile(const std::string& name) { std::ofstream(folder_ / name) << "x"; }
-  static twin::GraphRecord& GraphAt(std::size_t index) { return *twin::Graphs().at(index); }
+  static twin::GraphRecord& GraphAt(std::size_t index) { return *twin::devices.graphs.at(index); }
 
   const ScratchFolder scratch_;
   const fs::path folder_ = scratch_.Path();
@@ -101,7 +101,7 @@ TEST_F(DXAudioTest, StaysSilentWithoutMusic) {
   twin::ScriptRnd({0.5});
   audio_.StartBackground();
   audio_.Poll();
-  EXPECT_TRUE(twin::Graphs().empty());
+  EXPECT_TRUE(twin::devices.graphs.empty());
   EXPECT_EQ(twin::ScriptedRndLeft(), 1U);
   EXPECT_EQ(audio_.BackgroundIsStopped(), kFalse);
 }
@@ -122,12 +122,12 @@ TEST_F(DXAudioTest, FollowsAnEndedOrBrokenTrackButNotAnUnplayableOne) {
   audio_.StartBackground();
   for (const GraphEvent end : {GraphEvent::Complete, GraphEvent::ErrorAbort}) {
     audio_.Poll();
-    const std::size_t graphs = twin::Graphs().size();
+    const std::size_t graphs = twin::devices.graphs.size();
     musicVolume = -static_cast<int32>(graphs);
     GraphAt(graphs - 1).event = end;
     EXPECT_EQ(audio_.BackgroundIsStopped(), kTrue);
     audio_.Poll();
-    ASSERT_EQ(twin::Graphs().size(), graphs + 1);
+    ASSERT_EQ(twin::devices.graphs.size(), graphs + 1);
     EXPECT_EQ(GraphAt(graphs - 1).calls.back(), "Stop");
     EXPECT_FALSE(GraphAt(graphs - 1).alive);
     EXPECT_EQ(GraphAt(graphs).volume, musicVolume);
@@ -136,11 +136,11 @@ TEST_F(DXAudioTest, FollowsAnEndedOrBrokenTrackButNotAnUnplayableOne) {
   GraphAt(2).event = GraphEvent::RenderFailed;
   EXPECT_EQ(audio_.BackgroundIsStopped(), kFalse);
   audio_.Poll();
-  twin::Break("1.wav");
+  twin::devices.broken.insert("1.wav");
   for (const std::size_t graphs : {3U, 4U}) {
     audio_.Poll();
-    ASSERT_EQ(twin::Graphs().size(), graphs);
-    EXPECT_FALSE(twin::Graphs().back()->alive);
+    ASSERT_EQ(twin::devices.graphs.size(), graphs);
+    EXPECT_FALSE(twin::devices.graphs.back()->alive);
     audio_.StartBackground();
   }
   EXPECT_TRUE(GraphAt(3).calls.empty());
@@ -168,7 +168,7 @@ TEST_F(DXAudioTest, HoldsTheLevelToItsRangeAndRaisesTheMusicToItAfterAForeground
   const auto levelAfterASound = [&] {
     audio_.PlayForeground("a.wav");
     audio_.StopForeground();
-    EXPECT_FALSE(twin::Graphs().back()->alive);
+    EXPECT_FALSE(twin::devices.graphs.back()->alive);
     return GraphAt(0).calls.back();
   };
   EXPECT_EQ(levelAfterASound(), "SetVolume 0");
@@ -185,8 +185,8 @@ TEST_F(DXAudioTest, StartsAForegroundSoundWithTheNextPoll) {
   soundOn = kFalse;
   musicVolume = -10000;
   for (const bool atOnce : {true, false}) {
-    twin::RenderAtOnce(atOnce);
-    const std::size_t index = twin::Graphs().size();
+    twin::devices.renderAtOnce = atOnce;
+    const std::size_t index = twin::devices.graphs.size();
     bool ranEarly = true;
     twin::ScheduleAtPlace(1, [&] { ranEarly = GraphAt(index).running; });
     const long places = twin::PlacesPassed();
@@ -201,10 +201,10 @@ TEST_F(DXAudioTest, StartsAForegroundSoundWithTheNextPoll) {
 
 TEST_F(DXAudioTest, OnlyAPlayableFileReplacesARunningSound) {
   MakeFile("sounds/refused.wav");
-  twin::Break("refused.wav");
+  twin::devices.broken.insert("refused.wav");
   const auto start = [&](const char* file) -> twin::GraphRecord& {
     audio_.PlayForeground(file);
-    twin::GraphRecord& record = *twin::Graphs().back();
+    twin::GraphRecord& record = *twin::devices.graphs.back();
     audio_.Poll();
     return record;
   };
@@ -213,7 +213,7 @@ TEST_F(DXAudioTest, OnlyAPlayableFileReplacesARunningSound) {
     start(file);
   EXPECT_TRUE(GraphAt(0).running);
 
-  twin::RenderAtOnce(false);
+  twin::devices.renderAtOnce = false;
   twin::GraphRecord& damaged = start("b.wav");
   damaged.event = GraphEvent::RenderFailed;
   audio_.Poll();
@@ -241,18 +241,18 @@ TEST_F(DXAudioTest, KeepsAnEndedForegroundSoundUntilTheNext) {
   EXPECT_FALSE(GraphAt(0).alive);
   EXPECT_FALSE(GraphAt(1).running);
   GraphAt(1).event = GraphEvent::Complete;
-  twin::RenderAtOnce(false);
+  twin::devices.renderAtOnce = false;
   audio_.PlayForeground("a.wav");
   EXPECT_EQ(audio_.ForegroundIsStopped(), kFalse);
 }
 
 TEST_F(DXAudioTest, TheSecondForegroundMethodStartsAtOnceFromItsOwnFolder) {
   MakeFile("sound/refused.wav");
-  twin::Break("refused.wav");
+  twin::devices.broken.insert("refused.wav");
   MakeFile("sound/c.wav");
   const long places = twin::PlacesPassed();
   audio_.PlayForeground2("a.wav");
-  EXPECT_TRUE(twin::Graphs().empty());
+  EXPECT_TRUE(twin::devices.graphs.empty());
   audio_.PlayForeground2("refused.wav");
   audio_.PlayForeground2("c.wav");
   EXPECT_EQ(GraphAt(1).path, (folder_ / "sound/c.wav").string());

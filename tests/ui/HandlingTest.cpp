@@ -136,8 +136,8 @@ void AddMainWindow(const frmMain& window, Facts& facts) {
 }
 
 std::string LastMessage() {
-  if (twin::Messages().empty()) return "";
-  const twin::MessageRecord& message = twin::Messages().back();
+  if (twin::devices.messages.empty()) return "";
+  const twin::MessageRecord& message = twin::devices.messages.back();
   const bool asks = message.buttons == platform::MessageButtons::YesNo;
   return '"' + message.text + "\" titled \"" + message.title + '"' + (asks ? ", Yes or No" : "");
 }
@@ -239,9 +239,10 @@ class Handling : public WindowTest, public testing::WithParamInterface<Rule> {
     facts["mode"] = RowOf(gameMode).name;
     facts["sound"] = soundOn != kFalse ? "on" : "off";
     facts["volume"] = std::to_string(musicVolume);
-    facts["heard"] = twin::Graphs().empty() ? "" : std::to_string(twin::Graphs().back()->volume);
+    facts["heard"] =
+        twin::devices.graphs.empty() ? "" : std::to_string(twin::devices.graphs.back()->volume);
     facts["message"] = LastMessage();
-    facts["messages"] = std::to_string(twin::Messages().size());
+    facts["messages"] = std::to_string(twin::devices.messages.size());
     facts["state"] = std::to_string(gameState);
     facts["new board"] = newBoardWanted ? "wanted" : "";
     facts["score"] = Number(score);
@@ -358,8 +359,8 @@ class Handling : public WindowTest, public testing::WithParamInterface<Rule> {
       {"reader", [](const std::string& listens) { readerListens = listens == "listens"; }},
       {"answer",
        [](const std::string& answer) {
-         twin::AnswerMessages(answer == "Yes" ? platform::MessageAnswer::Yes
-                                              : platform::MessageAnswer::No);
+         twin::devices.answer =
+             answer == "Yes" ? platform::MessageAnswer::Yes : platform::MessageAnswer::No;
        }},
       {"end",
        [this](const std::string& points) {

@@ -32,7 +32,7 @@ void Record(const std::string& file, const std::string& told) {
 
 WindowTest::WindowTest() {
   twin::Reset();
-  twin::SetProgramFolder(folder_.Path());
+  twin::devices.folder = folder_.Path();
   twin::OnEveryPlace([] { QApplication::processEvents(); });
   ResetGameState();
   boardCursor = {};
