@@ -263,8 +263,7 @@ TEST_F(FilterGraphTest, AnEndedSoundLetsGoOfItsDevice) {
 
 // A single note at the gain at which a whole piece is as loud as the tracks of the game.
 TEST_F(FilterGraphTest, MidiIsHeardThroughTheSoundfont) {
-  for (int i = 0; i < 4; ++i)
-    EXPECT_NEAR(std::ranges::max(Samples(PathOf("tone.mid"), 0)), 0.15F, 0.02F);
+  EXPECT_NEAR(std::ranges::max(Samples(PathOf("tone.mid"), 0)), 0.15F, 0.02F);
 }
 
 TEST_F(FilterGraphTest, WhatCannotBePlayedIsTold) {

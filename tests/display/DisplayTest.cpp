@@ -31,11 +31,11 @@ TEST_F(Drawing, FailureLeavesTheRestUndone) {
     twin::devices.broken.insert(names[broken]);
     InitDisplay();
     ASSERT_EQ(twin::devices.messages.size(), 1U);
-    const twin::MessageRecord& message = twin::devices.messages.front();
-    EXPECT_EQ(message.text,
-              "Unexpected error has occurred.\n" + std::string(names[broken]) + " is broken");
-    EXPECT_EQ(message.title, "This is uncalled-for!-------");
-    EXPECT_EQ(message.icon, platform::MessageIcon::Exclamation);
+    EXPECT_EQ(twin::devices.messages.front(),
+              (twin::MessageRecord{
+                  "Unexpected error has occurred.\n" + std::string(names[broken]) + " is broken",
+                  "This is uncalled-for!-------", platform::MessageIcon::Exclamation,
+                  platform::MessageButtons::Ok}));
     EXPECT_EQ(backBuffer != nullptr, broken > 0);
     EXPECT_EQ(boardSurface != nullptr, broken > 1);
     EXPECT_EQ(gemSheet != nullptr, broken > 2);

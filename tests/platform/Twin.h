@@ -60,6 +60,7 @@ struct MessageRecord {
   std::string title;
   platform::MessageIcon icon;
   platform::MessageButtons buttons;
+  bool operator==(const MessageRecord&) const = default;
 };
 
 /// What a test scripts for the devices, and what was asked of them since the reset, in order.

@@ -57,7 +57,10 @@ TEST_F(Clock, EndOfPlayWinsAtEveryPlaceOfAHandler) {
       SCOPED_TRACE(testing::Message() << handler.what << ", place " << place);
       EXPECT_EQ(std::tuple(gameState, clockRunning, level), std::tuple(stateShaking, kFalse, 1));
       twin::devices.played.clear();
-      EXPECT_EQ(RunFramesUntil({stateEndMessage}), 51 + 64);
+      Perform("frames114");
+      EXPECT_EQ(gameState, stateFlyOut);
+      Perform("frames1");
+      EXPECT_EQ(gameState, stateEndMessage);
       EXPECT_EQ(levelWon, kFalse);
       EXPECT_EQ(twin::devices.played, (std::vector<std::string>{"explode.wav", "gameover.wav"}));
     }

@@ -202,15 +202,6 @@ void PreparePlay(std::istream& file) {
   }
 }
 
-int RunFramesUntil(const std::vector<GameState>& states) {
-  int frames = 0;
-  while (frames < 5000 && std::find(states.begin(), states.end(), gameState) == states.end()) {
-    RunFrame();
-    ++frames;
-  }
-  return frames;
-}
-
 namespace {
 
 std::string BrokenGem(int x, int y) {

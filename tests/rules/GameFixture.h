@@ -39,9 +39,6 @@ constexpr int32 kTicksPerFrame = 21;
 /// twin::ProgramEnded; then come lines "at N words", done N frames after the start.
 void PreparePlay(std::istream& file);
 
-/// Runs frames until the state is one of `states`, at most 5000. Answers how many it ran.
-int RunFramesUntil(const std::vector<GameState>& states);
-
 /// What is wrong with the rested board, or nothing.
 std::string BrokenInvariant();
 

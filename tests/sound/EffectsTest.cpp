@@ -79,11 +79,9 @@ TEST_F(EffectsTest, AnyMissingPieceEndsTheProgramWithItsMessage) {
     twin::devices.broken.insert(piece);
     EXPECT_THROW(LoadSounds(), twin::ProgramEnded) << piece;
     ASSERT_EQ(twin::devices.messages.size(), 1U) << piece;
-    const twin::MessageRecord& message = twin::devices.messages[0];
-    EXPECT_EQ(message.text, piece + " is broken");
-    EXPECT_EQ(message.title, "");
-    EXPECT_EQ(message.icon, platform::MessageIcon::None);
-    EXPECT_EQ(message.buttons, platform::MessageButtons::Ok);
+    EXPECT_EQ(twin::devices.messages[0],
+              (twin::MessageRecord{piece + " is broken", "", platform::MessageIcon::None,
+                                   platform::MessageButtons::Ok}));
     EXPECT_EQ(twin::LiveSounds(), 0) << piece;
     const Names& loaded = twin::devices.loaded;
     EXPECT_EQ(loaded.empty() ? "sound" : twin::FileName(loaded.back()), piece);
