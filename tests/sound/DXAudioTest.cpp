@@ -237,9 +237,9 @@ TEST_F(DXAudioTest, KeepsAnEndedForegroundSoundUntilTheNext) {
   EXPECT_EQ(audio_.ForegroundIsStopped(), kTrue);
   EXPECT_TRUE(GraphAt(0).alive);
   audio_.PlayForeground("b.wav");
-  EXPECT_EQ(audio_.ForegroundIsStopped(), kFalse);
   EXPECT_FALSE(GraphAt(0).alive);
   EXPECT_FALSE(GraphAt(1).running);
+  EXPECT_EQ(audio_.ForegroundIsStopped(), kFalse);
   GraphAt(1).event = GraphEvent::Complete;
   twin::devices.renderAtOnce = false;
   audio_.PlayForeground("a.wav");
@@ -258,6 +258,9 @@ TEST_F(DXAudioTest, TheSecondForegroundMethodStartsAtOnceFromItsOwnFolder) {
   EXPECT_EQ(GraphAt(1).path, (folder_ / "sound/c.wav").string());
   EXPECT_EQ(GraphAt(1).calls, (Calls{"SetVolume -300", "Run"}));
   EXPECT_EQ(twin::PlacesPassed(), places);
+  audio_.PlayForeground("a.wav");
+  audio_.PlayForeground2("c.wav");
+  EXPECT_FALSE(GraphAt(2).alive);
 }
 
 TEST_F(DXAudioTest, ItsEndTakesBothStreamsWithIt) {
