@@ -119,6 +119,8 @@ TEST_F(ScoreFiles, ALineOfATableTellsPlaceNameAndScore) {
            {2, 150, " 2 --  -- 150"},
            {1, std::numeric_limits<double>::infinity(),
             " 1 -- Norvane Games -- 9223372036854775807"},
+           {1, 0x1p63, " 1 -- Norvane Games -- 9223372036854775807"},
+           {1, -1e300, " 1 -- Norvane Games -- -9223372036854775808"},
            {10, 1234567, "10 -- J\u00F6rg \u20AC -- 1234567"},
            {9, 0, " 9 -- file missing or corrupt - " + Path("scorename9.gwk") + " -- 0"}}) {
     Store({{"score" + std::to_string(place) + ".gwk", ScoreBytes(value)}});
