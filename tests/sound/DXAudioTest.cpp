@@ -165,6 +165,8 @@ TEST_F(DXAudioTest, PausesAndResumesOnlyWhatPlays) {
 TEST_F(DXAudioTest, HoldsTheLevelToItsRangeAndRaisesTheMusicToItAfterAForegroundSound) {
   audio_.BackgroundVolume(-5000);  // no stream: not even noted
   audio_.PlayBackground("/1.wav");
+  audio_.StopForeground();
+  EXPECT_EQ(GraphAt(0).calls.back(), "Run") << "there was no sound to stop";
   const auto levelAfterASound = [&] {
     audio_.PlayForeground("a.wav");
     audio_.StopForeground();
