@@ -111,8 +111,6 @@ SoundFile Open(const std::string& path, const std::string& wave, SF_INFO& info) 
 }
 
 void CheckFormat(const std::string& path, const SF_INFO& info) {
-  const int type = info.format & SF_FORMAT_TYPEMASK;
-  if (type != SF_FORMAT_WAV && type != SF_FORMAT_WAVEX) Refuse(path, "it is not a wave file");
   if (info.channels < 1 || info.channels > 2)
     Refuse(path, "it has " + std::to_string(info.channels) + " channels");
   if (info.samplerate < kLowestRate || info.samplerate > kHighestRate)

@@ -44,7 +44,7 @@ TEST_F(ScoreFiles, ANameIsOneLineInTheCodePage) {
            {"", ""},
            {"J\u00F6rg \u00DF\u00FF \u20AC \u2013\u0160\u017E\u2122",
             "J\xF6rg \xDF\xFF \x80 \x96\x8A\x9E\x99"},
-           {"\u0100\u4E2D\u04E9\uA0AC\U0001F48E!", "????\?!"},
+           {"\u0100\u4E2D\u04E9\uA0AC\U0001F48E\U0010FFFF!", "?????\?!"},
            {"\xC3(\xFF\x80 \xC0\xAF \xE2\x82", "?(?? ?? ??"}})
     EXPECT_EQ(Written(text), bytes + "\r\n") << text;
   for (int byte = 0; byte < 256; ++byte) {
