@@ -17,9 +17,8 @@ namespace {
 constexpr int16 kDropCheckFrames = 33;  // the dealing looks for its end on every 33rd frame
 
 void DealKinds() {
-  for (int16 id = 0; id < kGemCount; ++id) {
+  for (int16 id = 0; id < kGemCount; ++id)
     boardCells[id] = {nullptr, id, platform::RandomBelow(gemKinds)};
-  }
 }
 
 bool BreakRuns(Direction direction) {

@@ -48,10 +48,6 @@ TEST_F(Entry, AFreshFolderTakesAnyScoreAboveZero) {
   EXPECT_EQ(Bytes("score10.gwk"), "");
 }
 
-std::string FileName(const std::string& path) {
-  return path.substr(path.find_last_of('/') + 1);
-}
-
 // What a file may hold: as it should, random bytes, or what lines and doubles are easily broken by.
 std::string AnyBytes(std::mt19937& random) {
   using Limits = std::numeric_limits<double>;
@@ -94,8 +90,8 @@ TEST_F(Entry, ANewScorePushesTheRestOfItsTableDownWhateverTheFilesHold) {
       const auto at = static_cast<std::size_t>(place);
       const double points = place == rank ? score : before[at - (place > rank ? 1 : 0)];
       if (rank != kNoRank)
-        expected[FileName(ScoreFile(gameMode, place))].replace(0, 8, ScoreBytes(points));
-      if (place >= rank) expected[FileName(name)] = (place == rank ? "New" : above) + "\r\n";
+        expected[twin::FileName(ScoreFile(gameMode, place))].replace(0, 8, ScoreBytes(points));
+      if (place >= rank) expected[twin::FileName(name)] = (place == rank ? "New" : above) + "\r\n";
       above = old;
     }
     EnterHighScore("New");
