@@ -69,8 +69,7 @@ struct Devices {
   /// Any call that needs the thing of this name throws Error: a file name, "display" or "sound". A
   /// graph yields false for a broken file.
   std::set<std::string> broken;
-  std::map<std::string, platform::Size>
-      bitmapSizes;  ///< by the names of files, told before loading
+  std::map<std::string, platform::Size> bitmapSizes;  ///< by file, told before it is loaded
   std::function<void(const platform::Frame&)> onShow;
   std::vector<std::string> loaded;  ///< paths of wave files, a broken one included
   std::vector<std::string> played;  ///< names of effects
